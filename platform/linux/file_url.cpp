@@ -1,0 +1,60 @@
+#include "platform/file_url.h"
+
+#include <sys/stat.h>
+
+#include <array>
+#include <filesystem>
+
+namespace wendle {
+namespace {
+
+constexpr std::string_view unescapedMarks = "-._~!$&'()*+,=:@/";  // the semicolon is escaped, as on macOS
+
+bool standsUnescaped(char byte) {
+  const bool isLetter = (byte >= 'a' && byte <= 'z') || (byte >= 'A' && byte <= 'Z');
+  return isLetter || (byte >= '0' && byte <= '9') || unescapedMarks.find(byte) != std::string_view::npos;
+}
+
+std::string percentEscaped(std::string_view text) {
+  constexpr std::string_view digits = "0123456789ABCDEF";
+  std::string result;
+  for (const char byte : text) {
+    if (standsUnescaped(byte)) {
+      result += byte;
+    } else {
+      const auto value = static_cast<unsigned char>(byte);
+      result += {'%', digits[value >> 4U], digits[value & 0xFU]};
+    }
+  }
+  return result;
+}
+
+std::string absolutePath(std::string_view path) {
+  if (path.starts_with('/')) return std::string(path);
+  std::error_code noWorkingDirectory;
+  return std::filesystem::current_path(noWorkingDirectory).string() + "/" + std::string(path);
+}
+
+bool isDirectoryItself(const std::string& path) {
+  struct stat status {};
+  return ::lstat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
+}
+
+}  // namespace
+
+FileUrl FileUrl::fileUrlWithPath(std::string_view path) {
+  std::string absolute = absolutePath(path);
+  if (absolute.ends_with('/') || isDirectoryItself(absolute)) return fileUrlWithDirectoryPath(absolute);
+  std::string text = "file://" + percentEscaped(absolute);
+  return {std::move(absolute), std::move(text)};
+}
+
+FileUrl FileUrl::fileUrlWithDirectoryPath(std::string_view path) {
+  std::string absolute = absolutePath(path);
+  std::string text = "file://" + percentEscaped(absolute);
+  if (!text.ends_with('/')) text += '/';
+  while (absolute.size() > 1 && absolute.ends_with('/')) absolute.pop_back();
+  return {std::move(absolute), std::move(text)};
+}
+
+}  // namespace wendle

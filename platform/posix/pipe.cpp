@@ -1,0 +1,64 @@
+#include "platform/pipe.h"
+
+#include <fcntl.h>
+#include <poll.h>
+
+#include <array>
+#include <system_error>
+
+#include "platform/retry.h"
+
+namespace wendle {
+namespace {
+
+constexpr int firstOrdinaryFd = 3;
+constexpr size_t mostThatLiesInAPipe =
+    1024 * 1024;  // pipe(7): more needs privileges; other systems hold less
+
+UniqueFd aboveStandardStreams(UniqueFd fd) {
+  UniqueFd moved(::fcntl(fd.get(), F_DUPFD_CLOEXEC, firstOrdinaryFd));
+  if (!moved.isOpen()) throw std::system_error(errno, std::generic_category(), "pipe");
+  return moved;
+}
+
+}  // namespace
+
+Pipe::Pipe() {
+  std::array<int, 2> ends{};
+  if (::pipe(ends.data()) != 0) throw std::system_error(errno, std::generic_category(), "pipe");
+  UniqueFd reading(ends[0]);
+  UniqueFd writing(ends[1]);
+  readEnd_ = aboveStandardStreams(std::move(reading));
+  writeEnd_ = aboveStandardStreams(std::move(writing));
+}
+
+std::string Pipe::readDataToEndOfFile() {
+  while (takeInOnce()) {
+  }
+  return std::exchange(data_, {});
+}
+
+void Pipe::takeInAvailable() {
+  pollfd readable{readEnd_.get(), POLLIN, 0};
+  const size_t enough =
+      data_.size() + mostThatLiesInAPipe;  // a writer that never pauses must not hold us here
+  while (data_.size() < enough && retryOnInterrupt([&] { return ::poll(&readable, 1, 0); }) == 1) {
+    if (!takeInOnce()) return;
+  }
+}
+
+// One read; end of file and errors close the reading end.
+bool Pipe::takeInOnce() {
+  if (!readEnd_.isOpen()) return false;
+  std::array<char, 64 * 1024> buffer;  // NOLINT(cppcoreguidelines-pro-type-member-init): read() fills it
+  const ssize_t count =
+      retryOnInterrupt([&] { return ::read(readEnd_.get(), buffer.data(), buffer.size()); });
+  if (count <= 0) {
+    readEnd_.reset();
+    return false;
+  }
+  data_.append(buffer.data(), static_cast<size_t>(count));
+  return true;
+}
+
+}  // namespace wendle

@@ -1,0 +1,82 @@
+#include "platform/posix/tree_cursor.h"
+
+#include <fcntl.h>
+
+#include <algorithm>
+
+#include "platform/retry.h"
+
+namespace wendle {
+namespace {
+
+UniqueFd openDirectory(int parent, const char* name) {
+  constexpr int flags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
+  return UniqueFd(retryOnInterrupt([&] { return ::openat(parent, name, flags); }));
+}
+
+}  // namespace
+
+int TreeCursor::fd() const { return levels_.empty() ? AT_FDCWD : levels_.back().fd(); }
+
+std::optional<Error> TreeCursor::enter(const std::string& name) {
+  UniqueFd directory = openDirectory(fd(), name.c_str());
+  if (!directory.isOpen()) return posixError(errno);
+  if (depth() > mostOpenLevels) {
+    if (auto error = suspend(levels_.back())) return error;
+  }
+  Level level;
+  level.stream.emplace(std::move(directory));
+  levels_.push_back(std::move(level));
+  return std::nullopt;
+}
+
+std::optional<DirectoryEntry> TreeCursor::next() {
+  if (levels_.empty()) return std::nullopt;
+  Level& level = levels_.back();
+  if (level.stream) return level.stream->next();
+  if (level.unvisited.empty()) return std::nullopt;
+  DirectoryEntry entry = std::move(level.unvisited.back());
+  level.unvisited.pop_back();
+  return entry;
+}
+
+std::optional<Error> TreeCursor::readFailure() const {
+  if (levels_.empty()) return std::nullopt;
+  const Level& level = levels_.back();
+  const int failure = level.stream ? level.stream->failure() : level.readFailure;
+  if (failure == 0) return std::nullopt;
+  return posixError(failure);
+}
+
+std::optional<Error> TreeCursor::leave() {
+  const Level left = std::move(levels_.back());
+  levels_.pop_back();
+  if (levels_.empty() || levels_.back().fd() >= 0) return std::nullopt;
+  auto error = reopen(levels_.back(), left.fd());
+  while (error && !levels_.empty() && levels_.back().fd() < 0) levels_.pop_back();
+  return error;
+}
+
+std::optional<Error> TreeCursor::suspend(Level& level) {
+  if (level.stream) {
+    if (::fstat(level.fd(), &level.identity) != 0) return posixError(errno);
+    while (auto entry = level.stream->next()) level.unvisited.push_back(std::move(*entry));
+    std::reverse(level.unvisited.begin(), level.unvisited.end());
+    level.readFailure = level.stream->failure();
+    level.stream.reset();
+  }
+  level.reopened.reset();
+  return std::nullopt;
+}
+
+std::optional<Error> TreeCursor::reopen(Level& level, int subfolder) {
+  UniqueFd parent = openDirectory(subfolder, "..");
+  struct stat found {};
+  if (!parent.isOpen() || ::fstat(parent.get(), &found) != 0) return posixError(errno);
+  if (found.st_dev != level.identity.st_dev || found.st_ino != level.identity.st_ino)
+    return posixError(ENOENT);
+  level.reopened = std::move(parent);
+  return std::nullopt;
+}
+
+}  // namespace wendle

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace wendle {
+
+// A running application of the current user. Source: NSRunningApplication.
+class RunningApplication {
+ public:
+  explicit RunningApplication(int processIdentifier) : processIdentifier_(processIdentifier) {}
+
+  [[nodiscard]] int processIdentifier() const { return processIdentifier_; }
+
+  // Asks the application to quit in the ordinary way; does not wait, and it may refuse.
+  // Returns whether the request was sent; false when the application has ended already.
+  bool terminate() const;
+
+  // Kills the application at once. Returns as terminate() does.
+  bool forceTerminate() const;
+
+ private:
+  int processIdentifier_;
+};
+
+// The applications with exactly that bundle identifier, this process excepted; empty when none runs.
+[[nodiscard]] std::vector<RunningApplication> runningApplicationsWithBundleIdentifier(
+    const std::string& identifier);
+
+}  // namespace wendle

@@ -1,0 +1,75 @@
+#pragma once
+
+#include <sys/types.h>
+
+#include <memory>
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <variant>
+#include <vector>
+
+#include "platform/error.h"
+#include "platform/pipe.h"
+
+namespace wendle {
+
+struct InheritedStream {};  // the tool's own stream, the default
+struct NullStream {};       // /dev/null
+struct FileHandle {         // somebody else's descriptor, not owned
+  int fd;
+};
+using Stream = std::variant<InheritedStream, NullStream, FileHandle, std::shared_ptr<Pipe>>;
+
+// What `Task::launch` throws: NSTask raises an NSInvalidArgumentException there.
+class LaunchException : public std::runtime_error {
+ public:
+  LaunchException(const std::string& executable, const Error& cause);
+};
+
+// One run of one program by absolute path, with an argument array; never reused. The program inherits
+// environment and working directory, no descriptor but 0, 1 and 2, and no blocked or ignored signal, and
+// leads a process group of its own. The search path is not looked at (posix_spawn(3)).
+class Task {
+ public:
+  void setExecutable(std::string path) { executable_ = std::move(path); }
+  void setArguments(std::vector<std::string> arguments) { arguments_ = std::move(arguments); }
+  void setStandardInput(Stream stream) { input_ = std::move(stream); }
+  void setStandardOutput(Stream stream) { output_ = std::move(stream); }
+  void setStandardError(Stream stream) { error_ = std::move(stream); }
+
+  [[nodiscard]] const Stream& standardOutput() const { return output_; }
+  [[nodiscard]] const Stream& standardError() const { return error_; }
+
+  // Starts the program. Returns the system's error when it cannot be started: ENOENT when it is missing,
+  // EACCES when it is not executable.
+  [[nodiscard]] std::optional<Error> launchAndReturnError();
+
+  // Starts the program; throws LaunchException when it cannot be started.
+  void launch();
+
+  // Blocks until the program has exited. Meanwhile it takes in what the program writes on its pipes, so no
+  // amount of output blocks the program, and end of file is all it finds on an input pipe. A grandchild that
+  // still holds a pipe is not waited for: what it writes later is lost. Afterwards the pipes hold all there
+  // is to read.
+  void waitUntilExit();
+
+  // The exit status, or the number of the signal that killed the program. Defined after waitUntilExit only.
+  [[nodiscard]] int terminationStatus() const { return terminationStatus_; }
+
+ private:
+  void closeChildEnds();
+  std::vector<Pipe*> outputPipes() const;
+  enum class Blocking { no, yes };
+  bool reap(Blocking blocking);
+
+  std::string executable_;
+  std::vector<std::string> arguments_;
+  Stream input_;
+  Stream output_;
+  Stream error_;
+  pid_t pid_ = -1;
+  int terminationStatus_ = 0;
+};
+
+}  // namespace wendle

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace wendle {
+
+// Takes the first character off `text`; none, and `text` unchanged, when it does not begin with well-formed
+// UTF-8 (overlong forms, surrogates and values above U+10FFFF are ill-formed) or is empty.
+[[nodiscard]] std::optional<char32_t> takeUtf8Character(std::string_view& text);
+
+void appendUtf8(std::string& text, char32_t character);
+
+[[nodiscard]] bool isUtf8(std::string_view text);
+
+// Without white space and line ends at both ends, as Foundation's whitespaceAndNewlineCharacterSet has them
+// (the blanks of other scripts and U+0085 included). Ill-formed bytes are no white space.
+[[nodiscard]] std::string trimmed(std::string_view text);
+
+}  // namespace wendle
