@@ -1,0 +1,25 @@
+#pragma once
+
+#include <chrono>
+#include <string>
+#include <string_view>
+
+#include "logging/log_level.h"
+
+namespace wendle {
+
+using LogTime = std::chrono::system_clock::time_point;
+
+// 2026-11-21T07:40:12.345Z [1] uninstaller: Unload Wendle agent - started
+// One line with its line end. In `text` a backslash and control characters are escaped (\\ \n \r \t, else
+// \xNN), so that nothing a file is called can forge a record.
+[[nodiscard]] std::string logRecord(LogTime time, LogLevel level, std::string_view logger,
+                                    std::string_view text);
+
+// The same for an error value: [error] stands where the level would.
+[[nodiscard]] std::string errorRecord(LogTime time, std::string_view logger, std::string_view text);
+
+// The start of a run as file names have it: 20261121T074012Z
+[[nodiscard]] std::string fileNameTimeStamp(LogTime time);
+
+}  // namespace wendle

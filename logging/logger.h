@@ -1,0 +1,49 @@
+#pragma once
+
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "logging/log_destination.h"
+#include "logging/log_level.h"
+#include "platform/error.h"
+
+namespace wendle {
+
+using LogDestinations = std::vector<std::shared_ptr<LogDestination>>;
+
+enum class InheritDestinations { no, yes };
+
+// A named source of log records, and where they go. Thread-safe.
+class Logger {
+ public:
+  // The module logger, called `module`; it has no destination until the configurator gives it one.
+  [[nodiscard]] static Logger& module();
+
+  // A logger with a name and destinations of its own, which writes to this one's destinations as well if it
+  // inherits them. This logger must outlive it.
+  [[nodiscard]] std::unique_ptr<Logger> subLogger(std::string name, LogDestinations destinations,
+                                                  InheritDestinations inherit);
+
+  // One record at a level.
+  void log(LogLevel level, std::string_view text);
+
+  // One record for a caught error: the message, a colon, and the error as describe() gives it.
+  void log(const Error& error, std::optional<std::string_view> message);
+
+  void addDestination(std::shared_ptr<LogDestination> destination);
+
+ private:
+  Logger(std::string name, LogDestinations destinations, Logger* parent);
+  void write(std::string_view record);
+
+  std::string name_;
+  std::mutex mutex_;
+  LogDestinations destinations_;
+  Logger* parent_;  // whose destinations are inherited, or null
+};
+
+}  // namespace wendle

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "platform/file_url.h"
+
+namespace wendle {
+
+// Sets the logging of this process up.
+class LoggerConfigurator {
+ public:
+  // Gives the module logger its destination: the log file of this run in the current user's library folder,
+  // named after `system`. To be called once, before the first record; touches no file itself.
+  static void setupModuleLoggerWithSystem(const std::string& system);
+};
+
+// Knows the log files.
+class LoggerFileManager {
+ public:
+  // The log files of the configured system, newest first; empty when there are none, or nothing is
+  // configured.
+  [[nodiscard]] static std::vector<FileUrl> getSortedLogFiles();
+};
+
+}  // namespace wendle
