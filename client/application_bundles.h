@@ -1,0 +1,26 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace wendle {
+
+// The client's component applications, wherever Spotlight's index has a copy of them.
+
+// The absolute paths of the bundles with that identifier, in the index's order. Empty when nothing is found,
+// and when the tool fails or its output is no UTF-8. A line that is no absolute path is no path of the index
+// and left out: it would name something in the working directory. Throws LaunchException when the tool cannot
+// be started.
+[[nodiscard]] std::vector<std::string> findSpotlightPaths(const std::string& bundleIdentifier);
+
+// Those that lie neither on another volume, in a build folder, in a backup, beside a safety net folder, nor
+// in a numbered folder (see path_filters.h).
+[[nodiscard]] std::vector<std::string> findAppBundles(const std::string& bundleIdentifier);
+
+// Deletes every copy that findAppBundles() finds, application by application.
+void removeInstancesWithExceptions();
+
+// Deletes every copy that findSpotlightPaths() finds: those on other volumes and in backups as well.
+void removeAllInstances();
+
+}  // namespace wendle

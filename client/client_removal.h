@@ -1,0 +1,30 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "platform/file_url.h"
+
+namespace wendle {
+
+// The steps that remove the client's folders and files. Each goes through all its items whatever happens,
+// logs what became of each, and returns normally.
+
+// Removes `<name>.app` from the client's own launch agents folder with /bin/rm, for each name. An absent one
+// is passed over silently; what rm reports is not looked at.
+void removeLaunchAgentApps(const std::vector<std::string>& names);
+
+// The directories at any depth below the containers directory whose names begin with "com.wendle.", a nested
+// one after its parent. Empty when there is no containers directory.
+[[nodiscard]] std::vector<FileUrl> findFolderContainers();
+
+// Deletes them. A nested match is gone with its parent by then, which is logged as an error.
+void removeFolderContainers();
+
+// Deletes the support folders and the main application.
+void removeSupportFolders();
+
+// Deletes the support folders and the preference files.
+void removeClientFolders();
+
+}  // namespace wendle

@@ -1,0 +1,45 @@
+#include "system/tasks/task_helpers.h"
+
+#include "platform/utf8.h"
+
+namespace wendle {
+
+std::string runCommand(const std::string& command) {
+  const auto output = std::make_shared<Pipe>();
+  Task task;
+  task.setStandardOutput(output);
+  task.setStandardError(output);
+  task.setArguments({"-c", command});
+  task.setExecutable("/bin/zsh");
+  task.setStandardInput(NullStream{});
+  task.launch();
+  std::string text = output->readDataToEndOfFile();
+  task.waitUntilExit();  // only to leave no zombie; the status is nobody's business
+  if (!isUtf8(text)) throw std::runtime_error("the output of `" + command + "` is not UTF-8");
+  return text;
+}
+
+Task makeConsoleTask() {
+  Task task;
+  task.setStandardInput(std::make_shared<Pipe>());
+  task.setStandardError(std::make_shared<Pipe>());
+  task.setStandardOutput(FileHandle{STDOUT_FILENO});
+  return task;
+}
+
+Task makePipedTask() {
+  Task task = makeConsoleTask();
+  task.setStandardOutput(std::make_shared<Pipe>());
+  return task;
+}
+
+std::optional<Error> terminationError(const Task& task) {
+  if (task.terminationStatus() == 0) return std::nullopt;
+  const auto* pipe = std::get_if<std::shared_ptr<Pipe>>(&task.standardError());
+  if (pipe == nullptr) return std::nullopt;
+  const std::string text = (*pipe)->readDataToEndOfFile();
+  return Error{std::string(statusErrorDomain), task.terminationStatus(),
+               isUtf8(text) ? trimmed(text) : "No description"};
+}
+
+}  // namespace wendle
