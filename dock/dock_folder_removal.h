@@ -1,0 +1,15 @@
+#pragma once
+
+namespace wendle {
+
+// The step "Remove dock folder": takes the client's folder tile out of the Dock's preference file and
+// restarts the Dock. Without a tile, or when the Dock's preferences cannot be read, it logs so and changes
+// nothing.
+//
+// Known limits, kept as the client's administrators know them: at most one tile is removed; when several
+// match, their positions run together into one number; and a position counts only the tiles that have a URL.
+//
+// Throws LaunchException when the shell cannot be started, std::runtime_error when its output is no UTF-8.
+void removeDockFolder();
+
+}  // namespace wendle

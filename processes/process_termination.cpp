@@ -1,0 +1,52 @@
+#include "processes/process_termination.h"
+
+#include <array>
+
+#include "client/bundle_identifier.h"
+#include "logging/uninstaller_logger.h"
+#include "platform/running_applications.h"
+
+namespace wendle {
+namespace {
+
+struct Component {
+  const char* name;
+  BundleIdentifier identifier;
+};
+
+constexpr std::array components{
+    Component{"Agent", BundleIdentifier::agent},
+    Component{"Desktop", BundleIdentifier::desktop},
+    Component{"Launcher", BundleIdentifier::launcher},
+    Component{"Assistant", BundleIdentifier::assistant},
+    Component{"Extension", BundleIdentifier::searchExtension},
+};
+
+}  // namespace
+
+void terminateRunningApplicationsWithBundleIdentifier(const std::string& identifier) {
+  for (const RunningApplication& application : runningApplicationsWithBundleIdentifier(identifier)) {
+    application.terminate();
+  }
+}
+
+void killWendleProcesses() {
+  uninstallerLogger().log(LogLevel::progress, "Kill Wendle processes - started");
+  for (const Component& component : components) {
+    uninstallerLogger().log(LogLevel::progress, "Killing " + std::string(component.name) + " process");
+    terminateRunningApplicationsWithBundleIdentifier(rawValue(component.identifier));
+  }
+  uninstallerLogger().log(LogLevel::progress, "Kill Wendle processes - finished");
+}
+
+void killWendleLegacyProcesses(const std::vector<std::string>& bundleIdentifiers) {
+  for (const std::string& identifier : bundleIdentifiers) {
+    uninstallerLogger().log(LogLevel::progress, "Killing process with bundle identifier - " + identifier);
+    for (const RunningApplication& application : runningApplicationsWithBundleIdentifier(identifier)) {
+      application.forceTerminate();
+    }
+  }
+  uninstallerLogger().log(LogLevel::progress, "Kill Wendle legacy processes - finished");
+}
+
+}  // namespace wendle

@@ -1,0 +1,49 @@
+#include "system/launch_agents.h"
+
+#include <vector>
+
+#include "client/client_locations.h"
+#include "client/item_deletion.h"
+#include "logging/uninstaller_logger.h"
+#include "platform/file_presence.h"
+#include "system/tasks/task_helpers.h"
+
+namespace wendle {
+namespace {
+
+void runLaunchctl(const std::vector<std::string>& arguments, const std::string& commandText,
+                  const std::string& failureText) {
+  uninstallerLogger().log(LogLevel::progress, commandText + " - started");
+  Task task = makeConsoleTask();
+  task.setExecutable("/bin/launchctl");
+  task.setArguments(arguments);
+  if (const auto error = task.launchAndReturnError()) return uninstallerLogger().log(*error, failureText);
+  task.waitUntilExit();
+  uninstallerLogger().log(LogLevel::progress, commandText + " - success");
+}
+
+}  // namespace
+
+void unloadLaunchAgents() {
+  uninstallerLogger().log(LogLevel::progress, "Unload Wendle agent - started");
+  for (const std::string& path : launchAgentPaths()) {
+    if (!fileExists(path)) continue;
+    unloadLaunchAgent(path);
+    removeLaunchAgent(path);
+    deleteItem(FileUrl::fileUrlWithPath(path), deleteFilePrefix);
+  }
+  uninstallerLogger().log(LogLevel::progress, "Unload Wendle agent - finished");
+}
+
+void unloadLaunchAgent(const std::string& path) {
+  runLaunchctl({"unload", "-w", path}, "Run `launchctl unload -w " + path + "`",
+               "Failed to run `launchctl unload -w " + path + "`");
+}
+
+void removeLaunchAgent(const std::string& path) {
+  const std::string commandText = "Run `launchctl remove " + path + "`";
+  runLaunchctl({"remove", path}, commandText,
+               commandText);  // no "Failed to" here: readers of the log know it so
+}
+
+}  // namespace wendle

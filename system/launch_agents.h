@@ -1,0 +1,17 @@
+#pragma once
+
+#include <string>
+
+namespace wendle {
+
+// The step "Unload Wendle agent": of each path of launchAgentPaths() that exists, launchctl unloads and
+// removes the job, and the item is deleted. An absent one is passed over silently. Source: launchctl(1), the
+// legacy verbs.
+void unloadLaunchAgents();
+
+// Each runs launchctl once. "success" in the log means that launchctl ran to its end: it reports success on
+// failure.
+void unloadLaunchAgent(const std::string& path);
+void removeLaunchAgent(const std::string& path);
+
+}  // namespace wendle

@@ -1,0 +1,49 @@
+#include "system/registrations.h"
+
+#include "logging/uninstaller_logger.h"
+#include "system/tasks/task_helpers.h"
+
+namespace wendle {
+namespace {
+
+// One run of a tool for one item, and the line that says it took place or could not.
+void runForItem(const std::string& executable, const std::vector<std::string>& arguments,
+                const std::string& done, const std::string& failed) {
+  Task task = makeConsoleTask();
+  task.setExecutable(executable);
+  task.setArguments(arguments);
+  if (const auto error = task.launchAndReturnError()) {
+    return uninstallerLogger().log(LogLevel::progress, failed + ": " + describe(*error));
+  }
+  task.waitUntilExit();
+  uninstallerLogger().log(LogLevel::progress, done);
+}
+
+}  // namespace
+
+void ignoreExtension(const std::string& identifier) {
+  const std::string commandText = "Run `pluginkit -e ignore -i " + identifier + "`";
+  uninstallerLogger().log(LogLevel::progress, commandText + " - started");
+  Task task = makeConsoleTask();
+  task.setExecutable("/usr/bin/pluginkit");
+  task.setArguments({"-e", "ignore", "-i", identifier});
+  task.launch();
+  task.waitUntilExit();
+  uninstallerLogger().log(LogLevel::progress, commandText + " - success");
+}
+
+void resetPermissions(const std::vector<std::string>& identifiers) {
+  for (const std::string& identifier : identifiers) {
+    runForItem("/usr/bin/tccutil", {"reset", "All", identifier}, "Reset permissions for " + identifier,
+               "Failed to reset permissions for " + identifier);
+  }
+}
+
+void removeDefaults(const std::vector<std::string>& domains) {
+  for (const std::string& domain : domains) {
+    runForItem("/usr/bin/defaults", {"remove", domain}, "Removed defaults for " + domain,
+               "Failed to remove defaults for " + domain);
+  }
+}
+
+}  // namespace wendle

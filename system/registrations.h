@@ -1,0 +1,22 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace wendle {
+
+// Registrations that outlive the client's files. None of these looks at a tool's exit status: a line that
+// reports success means that the tool ran to its end.
+
+// Tells the plug-in registry to ignore an extension. Throws LaunchException when pluginkit cannot be started.
+// Source: pluginkit(8).
+void ignoreExtension(const std::string& identifier);
+
+// Resets every privacy permission of each identifier, one tccutil run each. One that cannot be started is
+// logged and the next identifier is taken. Source: tccutil(1).
+void resetPermissions(const std::vector<std::string>& identifiers);
+
+// Runs `defaults remove` for each preference domain; failures as above.
+void removeDefaults(const std::vector<std::string>& domains);
+
+}  // namespace wendle
