@@ -50,7 +50,7 @@ void Pipe::takeInAvailable() {
 // One read; end of file and errors close the reading end.
 bool Pipe::takeInOnce() {
   if (!readEnd_.isOpen()) return false;
-  std::array<char, 64 * 1024> buffer;  // NOLINT(cppcoreguidelines-pro-type-member-init): read() fills it
+  std::array<char, 64 * 1024> buffer{};
   const ssize_t count =
       retryOnInterrupt([&] { return ::read(readEnd_.get(), buffer.data(), buffer.size()); });
   if (count <= 0) {

@@ -17,8 +17,8 @@ struct SpawnAttributes {
     ::posix_spawnattr_destroy(&attributes);
   }
 
-  posix_spawnattr_t attributes;
-  posix_spawn_file_actions_t actions;
+  posix_spawnattr_t attributes{};
+  posix_spawn_file_actions_t actions{};
 };
 
 // Sees to it that the child gets no descriptor above 2, whatever our own launcher left open in us. Called
