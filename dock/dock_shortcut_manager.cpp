@@ -1,0 +1,130 @@
+#include "dock/dock_shortcut_manager.h"
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <chrono>
+#include <stdexcept>
+
+#include "platform/folder_bookmark.h"
+#include "platform/queues.h"
+#include "platform/task.h"
+#include "platform/unique_identifier.h"
+#include "platform/user_defaults.h"
+
+namespace wendle {
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr const char* dockDomain = "com.apple.dock";
+constexpr const char* tilesKey = "persistent-others";
+constexpr auto writingTime = 2s;  // for the preferences to reach the disk before the Dock reads them again
+constexpr useconds_t pollInterval = 10'000;  // microseconds
+constexpr auto dockStartTime = 5s;
+
+PropertyListArray dockTiles() {
+  const auto tiles = UserDefaults(dockDomain).objectForKey(tilesKey);
+  const auto* array = tiles ? std::get_if<PropertyListArray>(&tiles->value) : nullptr;
+  return array == nullptr ? PropertyListArray() : *array;
+}
+
+bool isTileOf(const PropertyList& tile, const std::optional<FileUrl>& folder) {
+  const PropertyList* value = tile.find("tile-data");
+  if (value != nullptr) value = value->find("file-data");
+  if (value != nullptr) value = value->find("_CFURLString");
+  const auto* url = value == nullptr ? nullptr : std::get_if<std::string>(&value->value);
+  return url != nullptr && folder && *url == folder->absoluteString();
+}
+
+PropertyListArray::const_iterator firstTileOf(const PropertyListArray& tiles,
+                                              const std::optional<FileUrl>& folder) {
+  return std::find_if(tiles.begin(), tiles.end(),
+                      [&](const PropertyList& tile) { return isTileOf(tile, folder); });
+}
+
+PropertyList integer(std::int32_t number) { return {std::int64_t{number}}; }
+PropertyList text(const std::string& value) { return {value}; }
+
+PropertyList makeTile(const std::optional<FileUrl>& folder) {
+  const auto bookmark = folder ? bookmarkData(*folder) : std::nullopt;
+  if (!bookmark) throw std::invalid_argument("a Dock tile needs a folder that exists");
+  const PropertyListDictionary fileData{{"_CFURLString", text(folder->absoluteString())},
+                                        {"_CFURLStringType", integer(15)}};
+  const PropertyListDictionary tileData{{"arrangement", integer(2)},    {"book", {*bookmark}},
+                                        {"displayas", integer(1)},      {"file-data", {fileData}},
+                                        {"file-label", text("Wendle")}, {"file-type", integer(2)},
+                                        {"showas", integer(2)}};
+  return {PropertyListDictionary{{"GUID", text(makeUniqueIdentifier())},
+                                 {"tile-data", {tileData}},
+                                 {"tile-type", text("directory-tile")}}};
+}
+
+void editTiles(const std::optional<FileUrl>& folder, DockShortcutManager::Change change) {
+  UserDefaults dock(dockDomain);
+  PropertyListArray tiles = dockTiles();
+  if (const auto found = firstTileOf(tiles, folder); found != tiles.end()) {
+    const PropertyList tile = *found;
+    std::erase(tiles, tile);  // and whatever equals it
+  }
+  if (change == DockShortcutManager::Change::add) tiles.insert(tiles.begin(), makeTile(folder));
+  dock.setObject({tiles}, tilesKey);
+  dock.synchronize();
+}
+
+void waitForWriting() {
+  const auto start = std::chrono::steady_clock::now();
+  do {
+    ::usleep(pollInterval);
+  } while (std::chrono::steady_clock::now() - start <= writingTime);
+}
+
+void restartDock() {
+  Task task;
+  task.setExecutable("/usr/bin/killall");
+  task.setArguments({"Dock"});
+  task.launch();
+  task.waitUntilExit();
+}
+
+}  // namespace
+
+DockShortcutManager& DockShortcutManager::sharedInstance() {
+  static auto* const manager = new DockShortcutManager;  // lives until the process ends, whatever still runs
+  return *manager;
+}
+
+bool DockShortcutManager::getPersistenceOfShortcutInDockFolderURL(
+    const std::optional<FileUrl>& folder) const {
+  const PropertyListArray tiles = dockTiles();
+  return firstTileOf(tiles, fileURLWithFixedTrailingSlash(folder)) != tiles.end();
+}
+
+void DockShortcutManager::changePersistenceOfShortcutInDockFolderURL(const std::optional<FileUrl>& folder,
+                                                                     Change change, Completion completion) {
+  setIsChangingPersistenceOfShortcutInDock(true);
+  asyncOnUtilityQueue([this, folder = fileURLWithFixedTrailingSlash(folder), change, completion] {
+    editTiles(folder, change);
+    waitForWriting();
+    restartDock();
+    if (!completion) return setIsChangingPersistenceOfShortcutInDock(false);
+    afterDelayOnMainQueue(dockStartTime, [this, completion] {
+      setIsChangingPersistenceOfShortcutInDock(false);
+      completion(true);
+    });
+  });
+}
+
+std::optional<FileUrl> DockShortcutManager::fileURLWithFixedTrailingSlash(const std::optional<FileUrl>& url) {
+  if (!url) return std::nullopt;
+  return FileUrl::fileUrlWithPath(url->path());
+}
+
+void DockShortcutManager::setIsChangingPersistenceOfShortcutInDock(bool isChanging) {
+  if (isChanging_ == isChanging) return;
+  if (observer_.willChange) observer_.willChange();
+  isChanging_ = isChanging;
+  if (observer_.didChange) observer_.didChange();
+}
+
+}  // namespace wendle

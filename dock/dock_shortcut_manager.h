@@ -1,0 +1,61 @@
+#pragma once
+
+#include <atomic>
+#include <functional>
+#include <optional>
+
+#include "platform/file_url.h"
+#include "platform/property_list.h"
+
+namespace wendle {
+
+// Manages a folder's tile, labelled "Wendle", among the Dock's persistent other items, by editing the Dock's
+// own preferences and restarting it. For programs that load this code; no mode of the uninstaller uses it.
+class DockShortcutManager {
+ public:
+  enum class Change { remove, add };
+  using Completion = std::function<void(bool result)>;
+
+  // Called before and after the flag changes its value, on the thread that changes it.
+  struct FlagObserver {
+    std::function<void()> willChange;
+    std::function<void()> didChange;
+  };
+
+  [[nodiscard]] static DockShortcutManager& sharedInstance();
+
+  // Whether a change is under way: true from the call of changePersistence... on. With overlapping changes it
+  // becomes false when the first of them ends.
+  [[nodiscard]] bool isChangingPersistenceOfShortcutInDock() const { return isChanging_; }
+
+  // At most one observer; to be set before the first change.
+  void observeFlag(FlagObserver observer) { observer_ = std::move(observer); }
+
+  // Whether the Dock has a tile of the folder: one whose URL is the folder's to the letter. No folder has
+  // none.
+  [[nodiscard]] bool getPersistenceOfShortcutInDockFolderURL(const std::optional<FileUrl>& folder) const;
+
+  // Sees to it that the folder's tile is the first one, or takes its first tile out, on another thread:
+  // returns at once. The Dock is restarted at least 2 seconds after its preferences were written, also when
+  // nothing changed. `completion`, if any, is called with true on the main queue 5 seconds after that, and
+  // the flag falls then; it is never called in a program that does not serve its main queue. Without one the
+  // flag falls right after the restart.
+  //
+  // Adding a folder that does not exist ends the process by an exception, before anything is written; so does
+  // a killall that cannot be started. Requests under way together edit the list each for itself: the later
+  // write holds.
+  void changePersistenceOfShortcutInDockFolderURL(const std::optional<FileUrl>& folder, Change change,
+                                                  Completion completion);
+
+  // The URL made anew from its path, with a slash at the end when that is an existing directory.
+  [[nodiscard]] static std::optional<FileUrl> fileURLWithFixedTrailingSlash(
+      const std::optional<FileUrl>& url);
+
+ private:
+  void setIsChangingPersistenceOfShortcutInDock(bool isChanging);
+
+  std::atomic<bool> isChanging_ = false;
+  FlagObserver observer_;
+};
+
+}  // namespace wendle

@@ -1,0 +1,14 @@
+#pragma once
+
+#include <optional>
+
+#include "platform/file_url.h"
+#include "platform/property_list.h"
+
+namespace wendle {
+
+// Data that finds the item again after it was moved. None when the item does not exist. Source: NSURL,
+// bookmarkDataWithOptions: with no options, no resource values and no base URL.
+[[nodiscard]] std::optional<PropertyListData> bookmarkData(const FileUrl& item);
+
+}  // namespace wendle

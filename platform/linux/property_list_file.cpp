@@ -1,0 +1,169 @@
+#include "platform/linux/property_list_file.h"
+
+#include <plist/plist.h>
+
+#include <cmath>
+#include <cstdlib>
+#include <limits>
+#include <memory>
+
+namespace wendle {
+namespace {
+
+struct FreeNode {
+  void operator()(void* node) const { ::plist_free(node); }
+};
+struct FreeText {
+  void operator()(char* text) const { std::free(text); }
+};
+using Node = std::unique_ptr<void, FreeNode>;
+using Text = std::unique_ptr<char, FreeText>;
+
+// Each of these returns false for a kind that PropertyList does not know.
+bool read(plist_t node, PropertyList& into);
+
+bool readArray(plist_t node, PropertyListArray& into) {
+  into.resize(::plist_array_get_size(node));
+  for (uint32_t i = 0; i < into.size(); ++i) {
+    if (!read(::plist_array_get_item(node, i), into[i])) return false;
+  }
+  return true;
+}
+
+bool readDictionary(plist_t node, PropertyListDictionary& into) {
+  plist_dict_iter rawIterator = nullptr;
+  ::plist_dict_new_iter(node, &rawIterator);
+  const Text iterator(static_cast<char*>(rawIterator));
+  for (;;) {
+    char* rawKey = nullptr;
+    plist_t value = nullptr;
+    ::plist_dict_next_item(node, rawIterator, &rawKey, &value);
+    const Text key(rawKey);
+    if (value == nullptr) return true;
+    if (!key || !read(value, into[key.get()])) return false;
+  }
+}
+
+std::string bytesOf(plist_t node, const char* (*pointer)(plist_t, uint64_t*)) {
+  uint64_t length = 0;
+  const char* bytes = pointer(node, &length);
+  return bytes == nullptr ? std::string() : std::string(bytes, length);
+}
+
+// libplist 2.2 keeps the 64 bits of an integer and not its sign, so a huge unsigned one reads as negative
+// here.
+std::int64_t integerOf(plist_t node) {
+  uint64_t number = 0;
+  ::plist_get_uint_val(node, &number);
+  return static_cast<std::int64_t>(number);
+}
+
+bool booleanOf(plist_t node) {
+  uint8_t flag = 0;
+  ::plist_get_bool_val(node, &flag);
+  return flag != 0;
+}
+
+double realOf(plist_t node) {
+  double number = 0;
+  ::plist_get_real_val(node, &number);
+  return number;
+}
+
+PropertyListDate dateOf(plist_t node) {
+  int32_t seconds = 0;
+  int32_t microseconds = 0;
+  ::plist_get_date_val(node, &seconds, &microseconds);
+  return {seconds + microseconds / 1e6};
+}
+
+bool read(plist_t node, PropertyList& into) {
+  switch (::plist_get_node_type(node)) {
+    case PLIST_STRING:
+      into.value = bytesOf(node, ::plist_get_string_ptr);
+      return true;
+    case PLIST_DATA:
+      into.value = PropertyListData{bytesOf(node, ::plist_get_data_ptr)};
+      return true;
+    case PLIST_UINT:
+      into.value = integerOf(node);
+      return true;
+    case PLIST_BOOLEAN:
+      into.value = booleanOf(node);
+      return true;
+    case PLIST_REAL:
+      into.value = realOf(node);
+      return true;
+    case PLIST_DATE:
+      into.value = dateOf(node);
+      return true;
+    case PLIST_ARRAY:
+      return readArray(node, into.value.emplace<PropertyListArray>());
+    case PLIST_DICT:
+      return readDictionary(node, into.value.emplace<PropertyListDictionary>());
+    default:
+      return false;
+  }
+}
+
+Node toNode(const PropertyList& list);
+
+struct MakeNode {
+  plist_t operator()(const std::string& text) const { return ::plist_new_string(text.c_str()); }
+  plist_t operator()(std::int64_t number) const { return ::plist_new_uint(static_cast<uint64_t>(number)); }
+  plist_t operator()(std::uint64_t number) const { return ::plist_new_uint(number); }
+  plist_t operator()(double number) const { return ::plist_new_real(number); }
+  plist_t operator()(bool flag) const { return ::plist_new_bool(flag ? 1 : 0); }
+  plist_t operator()(PropertyListDate date) const {
+    const double seconds = std::floor(date.seconds);
+    return ::plist_new_date(static_cast<int32_t>(seconds),
+                            static_cast<int32_t>(std::lround((date.seconds - seconds) * 1e6)));
+  }
+  plist_t operator()(const PropertyListData& data) const {
+    return ::plist_new_data(data.bytes.data(), data.bytes.size());
+  }
+  plist_t operator()(const PropertyListArray& array) const {
+    plist_t node = ::plist_new_array();
+    for (const PropertyList& element : array) ::plist_array_append_item(node, toNode(element).release());
+    return node;
+  }
+  plist_t operator()(const PropertyListDictionary& dictionary) const {
+    plist_t node = ::plist_new_dict();
+    for (const auto& [key, entry] : dictionary)
+      ::plist_dict_set_item(node, key.c_str(), toNode(entry).release());
+    return node;
+  }
+};
+
+Node toNode(const PropertyList& list) { return Node(std::visit(MakeNode(), list.value)); }
+
+}  // namespace
+
+std::optional<PropertyListFile> parsePropertyList(const std::string& bytes) {
+  if (bytes.size() > std::numeric_limits<uint32_t>::max()) return std::nullopt;
+  const auto length = static_cast<uint32_t>(bytes.size());
+  plist_t parsed = nullptr;
+  ::plist_from_memory(bytes.data(), length, &parsed);
+  const Node root(parsed);
+  if (!root) return std::nullopt;
+  std::optional<PropertyListFile> file(std::in_place);
+  if (!read(root.get(), file->content)) return std::nullopt;
+  const bool isBinary = ::plist_is_binary(bytes.data(), length) != 0;
+  file->format = isBinary ? PropertyListFormat::binary : PropertyListFormat::xml;
+  return file;
+}
+
+std::string serialized(const PropertyListFile& file) {
+  const Node root = toNode(file.content);
+  char* raw = nullptr;
+  uint32_t length = 0;
+  if (file.format == PropertyListFormat::binary) {
+    ::plist_to_bin(root.get(), &raw, &length);
+  } else {
+    ::plist_to_xml(root.get(), &raw, &length);
+  }
+  const Text bytes(raw);
+  return raw == nullptr ? std::string() : std::string(raw, length);
+}
+
+}  // namespace wendle

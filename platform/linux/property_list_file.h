@@ -1,0 +1,22 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "platform/property_list.h"
+
+namespace wendle {
+
+enum class PropertyListFormat { xml, binary };
+
+struct PropertyListFile {
+  PropertyList content;
+  PropertyListFormat format = PropertyListFormat::binary;
+};
+
+// None for text that is no property list, or holds a kind that PropertyList does not know.
+[[nodiscard]] std::optional<PropertyListFile> parsePropertyList(const std::string& bytes);
+
+[[nodiscard]] std::string serialized(const PropertyListFile& file);
+
+}  // namespace wendle

@@ -1,0 +1,69 @@
+#include "platform/user_defaults.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <fstream>
+#include <sstream>
+
+#include "platform/file_presence.h"
+#include "platform/linux/property_list_file.h"
+#include "platform/standard_directories.h"
+#include "platform/unique_fd.h"
+
+namespace wendle {
+namespace {
+
+std::string fileOfDomain(const std::string& domain) {
+  return standardDirectoryPaths(StandardDirectory::userLibrary).front() + "/Preferences/" + domain + ".plist";
+}
+
+// An absent domain is an empty one; none for a file that cannot be read.
+std::optional<PropertyListFile> readDomain(const std::string& path) {
+  if (!fileExists(path)) return PropertyListFile{{PropertyListDictionary()}, PropertyListFormat::binary};
+  std::ifstream file(path, std::ios::binary);
+  std::ostringstream bytes;
+  bytes << file.rdbuf();
+  return parsePropertyList(bytes.str());
+}
+
+// Readers see the old file or the new one, never a part of it.
+bool replaceFile(const std::string& path, const std::string& bytes) {
+  std::string temporary = path + ".XXXXXX";
+  const UniqueFd file(::mkostemp(temporary.data(), O_CLOEXEC));
+  if (!file.isOpen()) return false;
+  const auto written = ::write(file.get(), bytes.data(), bytes.size());
+  const bool isWhole = written >= 0 && static_cast<size_t>(written) == bytes.size();
+  if (isWhole && std::rename(temporary.c_str(), path.c_str()) == 0) return true;
+  ::unlink(temporary.c_str());
+  return false;
+}
+
+}  // namespace
+
+std::optional<PropertyList> UserDefaults::objectForKey(const std::string& key) const {
+  if (const auto found = unwritten_.find(key); found != unwritten_.end()) return found->second;
+  const auto file = readDomain(fileOfDomain(domain_));
+  const PropertyList* value = file ? file->content.find(key) : nullptr;
+  if (value == nullptr) return std::nullopt;
+  return *value;
+}
+
+void UserDefaults::setObject(const PropertyList& value, const std::string& key) {
+  unwritten_.insert_or_assign(key, value);
+}
+
+bool UserDefaults::synchronize() {
+  const std::string path = fileOfDomain(domain_);
+  auto file = readDomain(path);
+  auto* entries = file ? std::get_if<PropertyListDictionary>(&file->content.value) : nullptr;
+  if (entries == nullptr) return false;  // not ours to replace
+  for (const auto& [key, value] : unwritten_) entries->insert_or_assign(key, value);
+  if (!replaceFile(path, serialized(*file))) return false;
+  unwritten_.clear();
+  return true;
+}
+
+}  // namespace wendle
