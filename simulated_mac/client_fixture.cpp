@@ -1,0 +1,95 @@
+#include "simulated_mac/client_fixture.h"
+
+#include <algorithm>
+
+#include "simulated_mac/shared.h"
+
+namespace wendle::mac {
+namespace {
+
+constexpr const char* table =
+#include "simulated_mac/client_items.inc"
+    ;
+
+// The columns of a line of the table; none of a comment.
+Strings columnsOf(std::string line) {
+  Strings columns;
+  while (!line.empty() && line[0] != '#') {
+    columns.push_back(line.substr(0, line.find("  ")));
+    line.erase(0, std::min(line.size(), line.find_first_not_of(' ', columns.back().size())));
+  }
+  return columns;
+}
+
+std::string replaced(const std::string& text, char mark, const std::string& with) {
+  std::string result;
+  for (const char c : text) result.append(c == mark ? with : std::string(1, c));
+  return result;
+}
+
+// The members of a family, or the item alone.
+void appendMembers(std::vector<Item>& items, const Item& item) {
+  const bool isSearched = item.place.find('*') != std::string::npos;
+  const bool isFamily = isSearched || item.place.find('+') != std::string::npos;
+  Strings names = {"Agent", "Launcher", "Updater", "Assistant"};
+  if (isSearched) names.push_back("Uninstaller");
+  for (const std::string& name : isFamily ? names : Strings{""}) {
+    Item& member = items.emplace_back(item);
+    if (isFamily) member.family = replaced(item.place, '+', "*");
+    member.place = replaced(replaced(item.place, '*', name), '+', name);
+    member.detail = replaced(replaced(item.detail, '*', name), '+', name);
+  }
+}
+
+}  // namespace
+
+Mode modeOf(const std::vector<std::string>& arguments) {
+  const std::map<std::string, Mode> switches = {
+      {"--updates", updatesMode}, {"--soft", softMode}, {"--hard", hardMode}, {"--full", fullMode}};
+  for (const std::string& argument : arguments) {
+    if (switches.contains(argument)) return switches.at(argument);
+  }
+  return noMode;
+}
+
+std::string Item::snapshotPath(const std::string& home) const {
+  static const Texts lists = {{"keychain item", keychainInHome},
+                              {"privacy approval", approvalsInHome},
+                              {"plug-in election", electionsInHome},
+                              {"Dock tile", dockInHome},
+                              {"loaded job", jobsInHome}};
+  if (!lists.contains(kind)) return place.starts_with("/") ? place : kind + " " + place;
+  return home + lists.at(kind) + ": " + place + (kind == "keychain item" ? ", " + detail : "");
+}
+
+std::vector<Item> clientItems(const std::string& home) {
+  std::vector<Item> items;
+  for (std::string line : split(table, '\n')) {
+    line = replaced(replaced(line, '~', home), '@', "com.wendle.DesktopClient");
+    const Strings columns = columnsOf(line);
+    if (columns.size() != 5) continue;
+    Item item{columns[0], columns[2], columns[3], columns[4], "", noMode};
+    for (std::size_t i = 0; i < 4; ++i) item.removedBy |= columns[1][i] == '-' ? 0U : 1U << i;
+    appendMembers(items, item);
+  }
+  return items;
+}
+
+void installClient(SimulatedMac& mac) {
+  for (const auto& [kind, place, detail, why, family, removedBy] : clientItems(mac.home())) {
+    if (kind == "bundle") mac.addBundle(place, detail);
+    if (kind == "file") mac.addFile(place, "content of " + place);
+    if (kind == "folder") mac.addFolder(place);
+    if (kind == "link") mac.addLink(place, detail);
+    if (kind == "preferences") mac.addPropertyList(place, "<dict><key>first run</key><false/></dict>", true);
+    if (kind == "launch agent") mac.addLaunchAgent(fs::path(place).stem());
+    if (kind == "keychain item") mac.addKeychainItem(place, detail);
+    if (kind == "privacy approval") mac.addApproval(place);
+    if (kind == "plug-in election") mac.addElection(place);
+    if (kind == "Dock tile") mac.addDockTile(place, detail);
+    if (kind == "process") mac.addProcess({place, detail});
+    if (kind == "job process") mac.addProcess({place, detail, detail});
+  }
+}
+
+}  // namespace wendle::mac

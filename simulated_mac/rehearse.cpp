@@ -1,0 +1,168 @@
+// rehearse: runs the uninstaller on a simulated Mac and shows what it did.
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <iostream>
+#include <stdexcept>
+
+#include "simulated_mac/shared.h"
+#include "simulated_mac/verdict.h"
+
+namespace wendle::mac {
+namespace {
+
+using Rows = std::vector<std::pair<std::string, std::string>>;
+
+constexpr const char* usage = R"(Runs the uninstaller on a simulated Mac and shows what it did.
+
+  rehearse [OPTIONS] MODE              MODE: --soft, --hard, --updates or --full
+  rehearse [OPTIONS] -- [ARGUMENT...]  with any command line for the uninstaller
+
+  --keep DIR          leaves the Mac in DIR, which must be new or empty
+  --uninstaller PATH  the executable to run, instead of the one beside this one
+  --help              this text
+
+Exit status: 0 when the uninstaller did all that its mode lists and nothing else; 1 when not;
+2 when there was no rehearsal: a wrong use, or something that the simulated Mac needs is missing.
+)";
+
+struct Command {
+  bool wantsHelp = false;
+  fs::path keep;
+  fs::path uninstaller = fs::canonical("/proc/self/exe").parent_path() / "WendleUninstaller";
+  Strings arguments;
+};
+
+Command parsed(const Strings& words) {
+  Command command;
+  auto word = words.begin();
+  for (; word != words.end() && (*word == "--keep" || *word == "--uninstaller"); word += 2) {
+    if (word + 1 == words.end() || word[1].empty()) throw std::runtime_error(*word + " needs a path.");
+    (*word == "--keep" ? command.keep : command.uninstaller) = word[1];
+  }
+  const bool isFree = word != words.end() && *word == "--";
+  command.arguments.assign(isFree ? word + 1 : word, words.end());
+  command.wantsHelp = !isFree && command.arguments == Strings{"--help"};
+  const bool isMode = command.arguments.size() == 1 && modeOf(command.arguments) != noMode;
+  if (isFree || isMode || command.wantsHelp) return command;
+  throw std::runtime_error(
+      "Say --soft, --hard, --updates or --full, or -- and any arguments; --help tells more.");
+}
+
+// Colour, if someone looks.
+std::string styled(const char* style, const std::string& text) {
+  static const bool isColoured = ::isatty(STDOUT_FILENO) != 0 && std::getenv("NO_COLOR") == nullptr;
+  return isColoured ? std::string("\033[") + style + "m" + text + "\033[0m" : text;
+}
+
+// In two columns; lines when the left one is empty.
+void printRows(const std::string& heading, const Rows& rows) {
+  if (!rows.empty()) std::cout << '\n' << styled("1", heading) << '\n';
+  std::size_t width = 0;
+  for (const auto& [left, right] : rows) width = std::max(width, left.empty() ? 0 : left.size() + 2);
+  for (const auto& [left, right] : rows) {
+    std::cout << "  " << left << std::string(width - left.size(), ' ') << right << '\n';
+  }
+}
+
+void printLines(const std::string& heading, const Strings& lines) {
+  Rows rows;
+  for (const std::string& line : lines) rows.emplace_back("", line);
+  printRows(heading, rows);
+}
+
+// As one would type it.
+std::string commandLine(std::string line, const Strings& arguments) {
+  for (const std::string& argument : arguments) {
+    const bool isPlain =
+        !argument.empty() && argument.find_first_of(" \t\n\"'\\$`*?&|;<>(){}[]~#!") == argument.npos;
+    line += isPlain ? " " : " '";
+    for (const char c : argument) line += c == '\'' ? "'\\''" : std::string(1, c);
+    line += isPlain ? "" : "'";
+  }
+  return line;
+}
+
+// What an item is to a person; the members of a family are all called by the family's name.
+std::string labelOf(const Item& item, const std::string& home) {
+  const std::string& name = item.family.empty() ? item.place : item.family;
+  if (name.starts_with(home)) return std::string("~").append(name, home.size());
+  if (name.starts_with("/")) return name;
+  return item.kind + " " + name + (item.kind == "keychain item" ? ", " + item.detail : "");
+}
+
+// The members of a family stand in one row with their count.
+Rows rowsOf(const std::vector<const Item*>& items, const std::string& home,
+            std::string (*leftColumn)(const Item&)) {
+  Rows rows;
+  std::map<Rows::value_type, int> counts;
+  for (const Item* item : items) {
+    const auto row = std::pair(leftColumn(*item), labelOf(*item, home));
+    if (++counts[row] == 1) rows.push_back(row);
+  }
+  for (auto& row : rows) {
+    if (const int count = counts[row]; count > 1) row.second += "  (" + std::to_string(count) + ")";
+  }
+  return rows;
+}
+
+std::string verbFor(const Item& item) {
+  if (item.kind == "plug-in election") return "edited";
+  return item.kind.ends_with("process") ? "ended" : "removed";
+}
+
+// The last line. Returns the exit status.
+int conclude(const Verdict& verdict, const SessionResult& result, Mode mode) {
+  std::string text;
+  if (result.outcome != "exit 0") text += "The uninstaller ended with " + result.outcome + ". ";
+  if (!verdict.leftBehind.empty()) text += "Not all of the mode's list was done. ";
+  const bool isGood = text.empty() && verdict.outside.empty();
+  text += verdict.outside.empty() ? "Nothing" : "Something";
+  text += mode == noMode ? " was touched, and without a mode nothing may be."
+                         : " outside the mode's list was touched.";
+  std::cout << '\n' << styled(isGood ? "32" : "31", text) << '\n';
+  return isGood ? 0 : 1;
+}
+
+int rehearse(SimulatedMac& mac, const Command& command) {
+  installClient(mac);
+  const std::vector<Item> items = clientItems(mac.home());
+  const Mode mode = modeOf(command.arguments);
+  const Snapshot before = mac.snapshot();
+  const SessionResult result = mac.run(command.uninstaller, command.arguments);
+  const Verdict verdict = judge(items, mode, mac.home(), before, mac.snapshot(), result.fates);
+  Rows tools;
+  for (const auto& [tool, words, outcome] : result.journal)
+    tools.emplace_back(outcome, commandLine(tool, words));
+  std::cout << styled("1", commandLine("WendleUninstaller", command.arguments)) << "  " << result.outcome
+            << '\n';
+  printRows("Tools", tools);
+  printLines("Log", result.log);
+  printRows("Done", rowsOf(verdict.taken, mac.home(), verbFor));
+  printRows("Kept", rowsOf(verdict.kept, mac.home(), [](const Item& item) { return item.why; }));
+  printLines("Left behind", verdict.leftBehind);
+  printLines("Touched without being on the list", verdict.outside);
+  return conclude(verdict, result, mode);
+}
+
+int rehearseOrExplain(const Strings& words) try {
+  const Command command = parsed(words);
+  if (command.wantsHelp) {
+    std::cout << usage;
+    return 0;
+  }
+  if (fs::is_directory(command.uninstaller) || ::access(command.uninstaller.c_str(), X_OK) != 0) {
+    throw std::runtime_error("There is no executable " + command.uninstaller.string() + ".");
+  }
+  SimulatedMac mac = command.keep.empty() ? SimulatedMac::scratch() : SimulatedMac::in(command.keep);
+  return rehearse(mac, command);
+} catch (const std::exception& error) {
+  std::cerr << "rehearse: " << error.what() << '\n';
+  return 2;
+}
+
+}  // namespace
+}  // namespace wendle::mac
+
+int main(int argc, char** argv) { return wendle::mac::rehearseOrExplain({argv + 1, argv + argc}); }

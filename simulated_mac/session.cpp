@@ -1,0 +1,90 @@
+// A session seen from the host.
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdlib>
+#include <stdexcept>
+
+#include "simulated_mac/shared.h"
+
+namespace wendle::mac {
+namespace {
+
+// Runs bubblewrap and leaves what it and the session write in files of `folder`. Returns its exit status.
+int runSandbox(const Strings& arguments, const fs::path& folder) {
+  Strings command = {"/bin/sh", "-c", R"(exec bwrap "$@" </dev/null >"$0/result" 2>"$0/errors")", folder};
+  append(command, arguments);
+  std::vector<char*> argv;
+  for (std::string& word : command) argv.push_back(word.data());
+  argv.push_back(nullptr);
+  pid_t pid = 0;
+  int status = -1;
+  if (::posix_spawn(&pid, argv[0], nullptr, nullptr, argv.data(), environ) != 0) return -1;
+  while (::waitpid(pid, &status, 0) < 0 && errno == EINTR) continue;
+  return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+// The command line that turns a shell of the session into the program, as the options want it.
+Strings programCommand(const SessionOptions& options, const std::string& home) {
+  std::string script = "ulimit -c 0; cd \"$0\" && exec </dev/null >/.simulation/out 2>/.simulation/err";
+  if (options.descriptorLimit) script += " && ulimit -n " + std::to_string(*options.descriptorLimit);
+  for (const int fd : options.closedDescriptors) script += " && exec " + std::to_string(fd) + ">&-";
+  script += " && exec /host/usr/bin/env -i \"$@\"";
+  Strings command = {"/host/bin/sh", "-c", script, options.workingDirectory};
+  command.push_back(options.ignoresBrokenPipes ? "--ignore-signal=PIPE" : "--default-signal=PIPE");
+  if (options.blocksAllSignals) command.push_back("--block-signal");
+  command.push_back("HOME=" + home);
+  append(command,
+         split("USER=pat LOGNAME=pat SHELL=/bin/zsh TMPDIR=/tmp/ PATH=/usr/bin:/bin:/usr/sbin:/sbin", ' '));
+  append(command, options.environment);
+  return command;
+}
+
+}  // namespace
+
+SessionResult SimulatedMac::run(const fs::path& program, const Strings& arguments,
+                                const SessionOptions& options) {
+  fs::remove_all(at(journalFolder));
+  addFolder(journalFolder);
+  writeFaults(at(faultsFile), faults_);
+  installTools();
+  // The user of the Mac holds no privilege, even if the host's does: file permissions count there.
+  Strings command =
+      split("--unshare-all --unshare-user --die-with-parent --as-pid-1 --uid 501 --gid 20", ' ');
+  append(command, {"--cap-drop", "ALL", "--bind", root(), "/", "--ro-bind", "/", "/host"});
+  append(command, split("--proc /proc --dev /dev --tmpfs /tmp --chdir /", ' '));
+  append(command, {sessionProgram, std::to_string(options.timeLimit.count())});
+  for (const auto& [name, identifier, job, stubborn] : processes_) {
+    if (!options.startsProcesses) break;
+    append(command, {"process", name, identifier, job, stubborn ? "stubborn" : ""});
+  }
+  append(command, programCommand(options, home_));
+  command.push_back("/host" + fs::canonical(program).string());
+  append(command, arguments);
+
+  const int status = runSandbox(command, at("/.simulation"));
+  const Strings outcome = split(read("/.simulation/result"));
+  if (outcome.empty() && status == 127) throw std::runtime_error("bubblewrap (bwrap) is not installed.");
+  const std::string why = split(read("/.simulation/errors") + "\n", '\n').front();
+  if (outcome.empty()) throw std::runtime_error("There can be no simulated Mac here: " + why);
+  SessionResult result;
+  result.outcome = outcome.front();
+  for (const std::string& fate : outcome) result.fates.push_back(static_cast<Fate>(std::atoi(fate.c_str())));
+  result.fates.erase(result.fates.begin());
+  result.out = read("/.simulation/out");
+  result.err = read("/.simulation/err");
+  result.journal = readJournal(at(journalFolder));
+  std::string log;
+  for (const auto& [path, entry] : snapshot()) {
+    const bool isLog = path.starts_with(home_ + "/Library/Logs/Wendle/");
+    if (isLog && entry.type == fs::file_type::regular) log += entry.content;
+  }
+  result.log = split(log, '\n');
+  fs::remove(at(faultsFile));
+  installTools();
+  return result;
+}
+
+}  // namespace wendle::mac

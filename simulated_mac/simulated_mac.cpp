@@ -1,0 +1,176 @@
+#include "simulated_mac/simulated_mac.h"
+
+#include <cstdlib>
+#include <stdexcept>
+
+#include "simulated_mac/shared.h"
+
+namespace wendle::mac {
+namespace {
+
+std::string framed(const std::string& body) { return "<plist>" + body + "</plist>"; }
+
+// A tile as the Dock writes it; the bookmark data has its usual first bytes and length.
+const std::string tile = framed(
+    R"(<dict><key>tile-data</key><dict>
+    <key>arrangement</key><integer>2</integer><key>book</key><data>Ym9va5wCAAAAAAQQMAAA)" +
+    std::string(872, 'A') + R"(</data><key>displayas</key><integer>1</integer><key>file-data</key><dict>
+    <key>_CFURLStringType</key><integer>15</integer></dict><key>file-type</key><integer>2</integer>
+    <key>showas</key><integer>2</integer></dict><key>tile-type</key><string>directory-tile</string></dict>)");
+
+// Ours; the host's under our recorder; the host's.
+const Strings simulatedTools = split(
+    "/bin/launchctl /usr/bin/pluginkit /usr/bin/tccutil /usr/bin/defaults /usr/bin/security /usr/bin/mdfind "
+    "/usr/bin/killall /usr/libexec/PlistBuddy",
+    ' ');
+const Strings recordedTools = {"/bin/zsh", "/bin/rm"};
+const Strings linkedTools = {"/usr/bin/grep", "/usr/bin/awk"};
+
+// A tool of the host as the Mac sees it. Debian's own links are absolute and would break there.
+std::string hostTool(const std::string& tool) {
+  const fs::path file = "/usr/bin" / fs::path(tool).filename();
+  if (!fs::exists(file)) throw std::runtime_error(tool + " is not installed.");
+  return "/host" + fs::canonical(file).string();
+}
+
+// Follows no link, and is not stopped by folders that nobody may read.
+void removeTree(const fs::path* folder) {
+  std::error_code ignored;
+  fs::recursive_directory_iterator item(*folder, ignored);
+  for (; item != fs::recursive_directory_iterator(); item.increment(ignored)) {
+    if (item->is_symlink(ignored) || !item->is_directory(ignored)) continue;
+    fs::permissions(item->path(), fs::perms::owner_all, fs::perm_options::add, ignored);
+  }
+  fs::remove_all(*folder, ignored);
+  delete folder;
+}
+
+}  // namespace
+
+SimulatedMac SimulatedMac::scratch(const std::string& home) {
+  std::string folder = fs::canonical(fs::temp_directory_path()) / "simulated-mac-XXXXXX";
+  if (::mkdtemp(folder.data()) == nullptr) throw std::runtime_error("There can be no " + folder + ".");
+  return {std::shared_ptr<const fs::path>(new fs::path(folder), removeTree), home};
+}
+
+SimulatedMac SimulatedMac::in(const fs::path& folder, const std::string& home) {
+  std::error_code ignored;
+  fs::create_directory(folder, ignored);
+  if (!fs::is_directory(folder)) throw std::runtime_error("There can be no folder " + folder.string() + ".");
+  if (!fs::is_empty(folder)) throw std::runtime_error(folder.string() + " is not empty.");
+  return {std::make_shared<const fs::path>(fs::canonical(folder)), home};
+}
+
+SimulatedMac::SimulatedMac(std::shared_ptr<const fs::path> root, const std::string& home)
+    : root_(std::move(root)), home_(home) {
+  for (const char* folder :
+       {"/.simulation", "/host", "/proc", "/dev", "/tmp", "/Applications", "/Users/Shared"}) {
+    addFolder(folder);
+  }
+  for (const char* folder : {"/Containers", "/LaunchAgents", "/QuickLook"})
+    addFolder(home + "/Library" + folder);
+  addLink("/lib", "host/lib");
+  addLink("/lib64", "host/lib64");
+  addLink("/usr/lib", "../host/usr/lib");
+  addPropertyList(home + dockInHome, "<dict><key>autohide</key><false/></dict>", true);
+  for (const std::string& list : {keychainInHome, approvalsInHome, electionsInHome, jobsInHome}) {
+    addPropertyList(home + list, "<dict><key>entries</key><array/></dict>");
+  }
+  installTools();
+}
+
+fs::path SimulatedMac::at(std::string_view path) const {
+  fs::path place = root();
+  for (const fs::path& part : fs::path(path).relative_path()) {
+    if (part == ".." || fs::is_symlink(place))
+      throw std::runtime_error("A link on the way to " + part.string());
+    place /= part;
+  }
+  return place;
+}
+
+bool SimulatedMac::exists(std::string_view path) const { return fs::exists(fs::symlink_status(at(path))); }
+
+std::string SimulatedMac::read(std::string_view path) const {
+  const fs::path file = at(path);
+  return fs::symlink_status(file).type() == fs::file_type::regular ? readFile(file) : "";
+}
+
+void SimulatedMac::addFolder(std::string_view path) { fs::create_directories(at(path)); }
+
+void SimulatedMac::addFile(std::string_view path, std::string_view content) {
+  const fs::path file = at(path);
+  if (fs::is_symlink(file)) throw std::runtime_error(std::string(path) + " is a link.");
+  fs::create_directories(file.parent_path());
+  writeFile(file, content);
+}
+
+void SimulatedMac::addLink(std::string_view path, std::string_view target) {
+  fs::create_directories(at(path).parent_path());
+  fs::create_symlink(target, at(path));
+}
+
+void SimulatedMac::addPropertyList(std::string_view path, const std::string& body, bool binary) {
+  const Plist list = parsePlist(framed(body));
+  if (list == nullptr) throw std::runtime_error("No property list: " + body);
+  addFile(path, binary ? "bplist" : "");
+  writePlist(at(path), list.get());
+}
+
+void SimulatedMac::addBundle(const std::string& path, const std::string& identifier) {
+  const std::string executable = path + "/Contents/MacOS/" + fs::path(path).stem().string();
+  addFile(executable);
+  fs::permissions(at(executable), fs::perms{0755});
+  addFile(path + "/Contents/Info.plist", xmlOf(plistOf({{"CFBundleIdentifier", identifier}}).get()));
+}
+
+void SimulatedMac::addLaunchAgent(const std::string& label, bool loaded) {
+  const std::string path = home_ + "/Library/LaunchAgents/" + label + ".plist";
+  addFile(path, xmlOf(plistOf({{"Label", label}}).get()));
+  if (loaded) addEntry(at(home_ + jobsInHome), plistOf({{"identifier", label}, {"path", path}}));
+}
+
+void SimulatedMac::addKeychainItem(const std::string& label, const std::string& account) {
+  addEntry(at(home_ + keychainInHome), plistOf({{"label", label}, {"account", account}, {"service", label}}));
+}
+
+void SimulatedMac::addApproval(const std::string& identifier) {
+  addEntry(at(home_ + approvalsInHome), plistOf({{"client", identifier}, {"service", "Accessibility"}}));
+}
+
+void SimulatedMac::addElection(const std::string& identifier) {
+  addEntry(at(home_ + electionsInHome), plistOf({{"identifier", identifier}, {"election", "use"}}));
+}
+
+void SimulatedMac::addDockTile(const std::string& label, const std::string& url) {
+  static int tiles = 0;
+  Plist entry = parsePlist(tile);
+  const std::string guid = "5B1E9C3A-7D42-4F08-9A6B-" + std::to_string(100'000'000'000 + ++tiles);
+  plist_dict_set_item(entry.get(), "GUID", plist_new_string(guid.c_str()));
+  plist_t data = plist_dict_get_item(entry.get(), "tile-data");
+  plist_dict_set_item(data, "file-label", plist_new_string(label.c_str()));
+  plist_t file = plist_dict_get_item(data, "file-data");
+  if (!url.empty()) plist_dict_set_item(file, "_CFURLString", plist_new_string(url.c_str()));
+  addEntry(at(home_ + dockInHome), std::move(entry), "persistent-others");
+}
+
+// The simulated tools lie beside our own executable.
+void SimulatedMac::installTools() {
+  const fs::path folder = fs::canonical("/proc/self/exe").parent_path();
+  const std::string ours = "/host" + (folder / "simulated_mac_tool").string();
+  const auto install = [this](const std::string& tool, const std::string& target) {
+    fs::remove(at(tool));
+    addLink(tool, target);
+    applyAbsence(at(tool), faultsOf(at(faultsFile), fs::path(tool).filename(), 1));
+  };
+  install(sessionProgram, ours);
+  for (const std::string& tool : simulatedTools) install(tool, ours);
+  for (const std::string& tool : linkedTools) install(tool, hostTool(tool));
+  for (const std::string& tool : recordedTools) {
+    install(tool, ours);
+    fs::remove(at(realToolsFolder + tool));
+    addLink(realToolsFolder + tool, hostTool(tool));
+  }
+}
+
+}  // namespace wendle::mac

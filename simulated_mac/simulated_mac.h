@@ -1,0 +1,144 @@
+// A disposable Mac: a folder that becomes the root folder of a session in which the uninstaller is run.
+#pragma once
+
+#include <chrono>
+#include <filesystem>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+namespace wendle::mac {
+
+struct ToolRun {
+  std::string tool;                    // the path it was started by, such as /bin/launchctl
+  std::vector<std::string> arguments;  // without the tool itself
+  std::string outcome;                 // "exit 0", "signal 9", or empty: still running when the session ended
+};
+
+enum class FaultKind {
+  missing,        // the tool's file is not there, from this run on
+  notExecutable,  // the tool's file is there without the right to execute it, from this run on
+  exits,          // says `text` on stderr and exits with `number` without doing its work
+  killed,         // dies of signal `number` without doing its work
+  floodsOut,      // `number` bytes on stdout, then the work; the bytes are line feeds, so that what the tool
+  floodsErr,      //   really says keeps its meaning
+  floodsBoth,     // the same on both streams by turns
+  notUtf8,        // bytes that are no UTF-8 on stdout and stderr, then the work
+  leavesGrandchild,  // a grandchild holds the tool's streams open until the session ends
+  readsInput,        // reads its standard input to the end, then works
+};
+
+struct Fault {
+  static constexpr int everyRun = 0;
+  std::string tool;  // its name, such as launchctl
+  int run = 1;       // the N-th run of that tool in the session, from 1
+  FaultKind kind = FaultKind::missing;
+  int number = 1'000'000;
+  std::string text = {};
+};
+
+// A running application. It quits when asked to (SIGTERM); a stubborn one refuses.
+struct ProcessPlan {
+  std::string name;        // as `killall` knows it
+  std::string identifier;  // `__CFBundleIdentifier`
+  std::string job = {};    // the label of the launchd job whose process it is
+  bool stubborn = false;
+};
+
+enum class Fate { leftAlone, refused, quit, killed };  // refused: was asked to quit and still lives
+
+struct SessionOptions {
+  std::vector<int> closedDescriptors = {};  // of 0, 1 and 2
+  bool ignoresBrokenPipes = false;          // starts with SIGPIPE ignored
+  bool blocksAllSignals = false;
+  std::optional<unsigned> descriptorLimit = {};
+  std::vector<std::string> environment = {};  // "NAME=value"; the last of a name holds
+  std::string workingDirectory = "/";
+  bool startsProcesses = true;
+  std::chrono::milliseconds timeLimit = std::chrono::seconds(30);  // then the program is killed
+};
+
+struct SessionResult {
+  std::string outcome;  // "exit 0", "signal 6" or "timed out"
+  std::string out, err;
+  std::vector<std::string>
+      log;  // the lines of all files in <home>/Library/Logs/Wendle, in the order of their names
+  std::vector<ToolRun> journal;  // in order of start
+  std::vector<Fate> fates;       // one for each process, in the order in which they were added
+};
+
+struct SnapshotEntry {
+  std::filesystem::file_type type = std::filesystem::file_type::none;
+  unsigned mode = 0;
+  std::string content;  // of a file; the target of a link
+  friend bool operator==(const SnapshotEntry&, const SnapshotEntry&) = default;
+};
+
+// All that lies in a Mac at one moment, by path. The property lists that programs share (keychain, Dock, ...)
+// are taken apart: such a file stands without its content, and each entry for itself under "FILE: NAME".
+using Snapshot = std::map<std::string, SnapshotEntry>;
+
+struct Difference {
+  std::vector<std::string> removed, added, changed;
+};
+[[nodiscard]] Difference difference(const Snapshot& before, const Snapshot& after);
+
+// All paths given to it and returned by it, root() and at() excepted, are the Mac's own
+// ("/Users/pat/Documents"); a path below a link is refused, so that nothing is ever written outside the root
+// folder. Missing parent folders are made. Failures are std::runtime_error or
+// std::filesystem::filesystem_error with a sentence for the user.
+class SimulatedMac {
+ public:
+  static constexpr const char* defaultHome = "/Users/pat";
+
+  // A Mac in a temporary folder, removed with the object; no link is followed then.
+  [[nodiscard]] static SimulatedMac scratch(const std::string& home = defaultHome);
+  // A Mac that stays. `folder` must be empty or missing, and its parent must exist.
+  [[nodiscard]] static SimulatedMac in(const std::filesystem::path& folder,
+                                       const std::string& home = defaultHome);
+
+  [[nodiscard]] const std::filesystem::path& root() const { return *root_; }
+  [[nodiscard]] const std::string& home() const { return home_; }
+  // The host's path of something in the Mac.
+  [[nodiscard]] std::filesystem::path at(std::string_view path) const;
+  // A link counts as itself, wherever it leads.
+  [[nodiscard]] bool exists(std::string_view path) const;
+  [[nodiscard]] std::string read(std::string_view path) const;  // empty for what is no file
+  [[nodiscard]] Snapshot snapshot() const;
+
+  void addFolder(std::string_view path);
+  void addFile(std::string_view path, std::string_view content = "");
+  void addLink(std::string_view path, std::string_view target);
+  // `body` is what stands between <plist> and </plist>.
+  void addPropertyList(std::string_view path, const std::string& body, bool binary = false);
+  void addBundle(const std::string& path, const std::string& identifier);
+  // The file <home>/Library/LaunchAgents/LABEL.plist; launchd knows the job unless `loaded` is false.
+  void addLaunchAgent(const std::string& label, bool loaded = true);
+  void addKeychainItem(const std::string& label, const std::string& account = "pat");
+  void addApproval(const std::string& identifier);  // of a privacy permission
+  void addElection(const std::string& identifier);  // of a plug-in
+  // At the end of the Dock's list. Without a URL the tile has no "_CFURLString".
+  void addDockTile(const std::string& label, const std::string& url);
+  void addProcess(ProcessPlan process) { processes_.push_back(std::move(process)); }
+  void setFault(Fault fault) { faults_.push_back(std::move(fault)); }
+
+  // Starts the processes, runs the host's executable `program` in the Mac, and ends everything. The journal
+  // starts anew. Throws std::runtime_error when there can be no session.
+  SessionResult run(const std::filesystem::path& program, const std::vector<std::string>& arguments,
+                    const SessionOptions& options = {});
+
+ private:
+  SimulatedMac(std::shared_ptr<const std::filesystem::path> root, const std::string& home);
+  void installTools();
+
+  std::shared_ptr<const std::filesystem::path> root_;
+  std::string home_;
+  std::vector<ProcessPlan> processes_;
+  std::vector<Fault> faults_;
+};
+
+}  // namespace wendle::mac

@@ -1,0 +1,86 @@
+// The first process of a session: starts the applications and the program, and finds out what became of them.
+#include <fcntl.h>
+#include <poll.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <cstdlib>
+#include <iostream>
+
+#include "simulated_mac/tools/tools.h"
+
+namespace wendle::mac {
+namespace {
+
+[[noreturn]] void execute(const char* program, Strings arguments) {
+  std::vector<char*> argv;
+  for (std::string& argument : arguments) argv.push_back(argument.data());
+  argv.push_back(nullptr);
+  ::execv(program, argv.data());
+  ::_exit(complain("The session cannot start a program", 127));
+}
+
+// `plan`: "process", name, identifier, job, "stubborn" or nothing. Returns when the application runs: a pipe
+// that closes on exec is at its end then. A stubborn one has SIGTERM blocked: a request stays pending.
+pid_t startApplication(const std::string* plan) {
+  int ends[2];
+  if (::pipe2(ends, O_CLOEXEC) != 0) return -1;
+  const pid_t pid = ::fork();
+  if (pid == 0) {
+    sigset_t blocked;
+    sigemptyset(&blocked);
+    if (plan[4] == "stubborn") sigaddset(&blocked, SIGTERM);
+    ::sigprocmask(SIG_SETMASK, &blocked, nullptr);
+    ::setenv("__CFBundleIdentifier", plan[2].c_str(), 1);
+    ::setenv("XPC_SERVICE_NAME", plan[3].c_str(), 1);
+    execute("/host/bin/sleep", {plan[1], "infinity"});
+  }
+  ::close(ends[1]);
+  char nothing = 0;
+  while (::read(ends[0], &nothing, 1) < 0) continue;
+  ::close(ends[0]);
+  return pid;
+}
+
+// A fatal signal settles a fate when it is sent: ours comes too late for a process that was sent another.
+Fate endApplication(pid_t pid) {
+  const std::string status = readFile("/proc/" + std::to_string(pid) + "/status");
+  const std::size_t pending = status.find("ShdPnd:");
+  const bool wasAsked =
+      pending != std::string::npos && std::stoull(status.substr(pending + 7), nullptr, 16) != 0;
+  ::kill(pid, SIGUSR1);
+  int end = 0;
+  ::waitpid(pid, &end, 0);
+  if (WTERMSIG(end) == SIGUSR1) return wasAsked ? Fate::refused : Fate::leftAlone;
+  return WTERMSIG(end) == SIGTERM ? Fate::quit : Fate::killed;
+}
+
+std::string runProgram(const Strings& command, int timeLimitMs) {
+  const pid_t pid = ::fork();
+  if (pid == 0) execute(command.at(0).c_str(), command);
+  pollfd ended = {openProcess(pid), POLLIN, 0};
+  const bool inTime = ::poll(&ended, 1, timeLimitMs) > 0;
+  if (!inTime) ::kill(pid, SIGKILL);
+  int status = 0;
+  ::waitpid(pid, &status, 0);
+  return inTime ? outcomeText(status) : "timed out";
+}
+
+}  // namespace
+
+// The kernel ends all other processes with this one.
+int sessionMain(const Strings& arguments) {
+  if (::getpid() != 1) return complain("A session is the first process of a simulated Mac.", 127);
+  ::close_range(3, ~0U, 0);
+  std::vector<pid_t> applications;
+  auto word = arguments.begin() + 1;
+  for (; *word == "process"; word += 5) applications.push_back(startApplication(&*word));
+  Strings result = {runProgram({word, arguments.end()}, std::stoi(arguments[0]))};
+  for (const pid_t pid : applications)
+    result.push_back(std::to_string(static_cast<int>(endApplication(pid))));
+  std::cout << joined(result) << std::flush;
+  return 0;
+}
+
+}  // namespace wendle::mac

@@ -1,0 +1,72 @@
+#include "simulated_mac/verdict.h"
+
+namespace wendle::mac {
+namespace {
+
+using ItemsByPath = std::map<std::string, const Item*>;
+
+// The item that covers `path`: its own, or that of the nearest folder above.
+const Item* ownerOf(const ItemsByPath& items, std::string path) {
+  for (;;) {
+    if (const auto found = items.find(path); found != items.end()) return found->second;
+    const std::size_t slash = path.rfind('/');
+    if (slash == std::string::npos) return nullptr;
+    path.resize(slash);
+  }
+}
+
+// The tool's own log, and the folders it makes for it.
+bool isLog(const std::string& path, const std::string& home) {
+  const std::string folder = home + "/Library/Logs/Wendle/";
+  return path.starts_with(folder) || folder.starts_with(path + "/");
+}
+
+void addProcesses(const std::vector<Item>& items, const std::vector<Fate>& fates, Snapshot& before,
+                  Snapshot& after) {
+  auto fate = fates.begin();
+  for (const Item& item : items) {
+    if ((item.kind != "process" && item.kind != "job process") || fate == fates.end()) continue;
+    before[item.snapshotPath("")] = {};
+    if (*fate == Fate::leftAlone) after[item.snapshotPath("")] = {};
+    if (*fate == Fate::refused) after[item.snapshotPath("")].content = "refused to quit";
+    ++fate;
+  }
+}
+
+}  // namespace
+
+Verdict judge(const std::vector<Item>& items, Mode mode, const std::string& home, Snapshot before,
+              Snapshot after, const std::vector<Fate>& fates) {
+  addProcesses(items, fates, before, after);
+  ItemsByPath byPath;
+  for (const Item& item : items) byPath[item.snapshotPath(home)] = &item;
+  const auto [removed, added, changed] = difference(before, after);
+  Verdict verdict;
+  const auto isDone = [&](const std::string& path, const Item& item) {
+    return !after.contains(path) || (item.kind == "plug-in election" && after[path] != before[path]);
+  };
+  const auto isListed = [&](const Item* item) { return item != nullptr && (item->removedBy & mode) != 0; };
+  for (const std::string& path : removed) {
+    if (!isListed(ownerOf(byPath, path))) verdict.outside.push_back("removed: " + path);
+  }
+  for (const std::string& path : added) {
+    if (!isLog(path, home)) verdict.outside.push_back("added: " + path);
+  }
+  for (const std::string& path : changed) {
+    const Item* owner = ownerOf(byPath, path);
+    if (!isListed(owner) || !isDone(path, *owner)) verdict.outside.push_back("changed: " + path);
+  }
+  for (const auto& [path, item] : byPath) {
+    if (isListed(item) && !isDone(path, *item)) verdict.leftBehind.push_back(path);
+  }
+  for (const Item& item : items) {
+    const std::string path = item.snapshotPath(home);
+    const Item* above = ownerOf(byPath, path.substr(0, path.rfind('/')));
+    const bool isToldAbove = above != nullptr && above != &item && isListed(above) == isListed(&item);
+    if (!before.contains(path) || isToldAbove || isListed(&item) != isDone(path, item)) continue;
+    (isListed(&item) ? verdict.taken : verdict.kept).push_back(&item);
+  }
+  return verdict;
+}
+
+}  // namespace wendle::mac

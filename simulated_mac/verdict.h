@@ -1,0 +1,20 @@
+// What a run of the uninstaller did to an installed client, held against the table of the client's items.
+#pragma once
+
+#include "simulated_mac/client_fixture.h"
+
+namespace wendle::mac {
+
+struct Verdict {
+  std::vector<const Item*> taken;  // on the mode's list, and done; what lies in another of these is left out
+  std::vector<const Item*> kept;   // not on it, and still there; likewise
+  std::vector<std::string> outside;     // touched without being on the list
+  std::vector<std::string> leftBehind;  // on the list, and still there
+};
+
+// `items` must outlive the result. `fates` are those of the items that are processes, in their order; none
+// when they were not started. The log of the uninstaller may be added.
+[[nodiscard]] Verdict judge(const std::vector<Item>& items, Mode mode, const std::string& home,
+                            Snapshot before, Snapshot after, const std::vector<Fate>& fates);
+
+}  // namespace wendle::mac
