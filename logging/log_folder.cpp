@@ -38,6 +38,7 @@ LogFolder::LogFolder(std::string libraryDirectory, std::string system)
     : libraryDirectory_(std::move(libraryDirectory)), system_(std::move(system)) {}
 
 UniqueFd LogFolder::open(IfMissing ifMissing) const {
+  if (ifMissing == IfMissing::make) ::mkdir(libraryDirectory_.c_str(), S_IRWXU);
   UniqueFd folder(::open(libraryDirectory_.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
   for (const char* name : {"Logs", "Wendle"}) {
     if (!folder.isOpen()) break;

@@ -1,0 +1,95 @@
+// Each mode on an installed client, with everything around it: the whole log, every tool run, all that was
+// printed, what is left on disk and in the system's lists, and which processes live.
+#include <gtest/gtest.h>
+
+#include "observed.h"
+#include "simulated_mac/client_fixture.h"
+#include "simulated_mac/verdict.h"
+
+namespace wendle::test {
+namespace {
+
+class ModeTest : public testing::TestWithParam<const char*> {};
+
+TEST_P(ModeTest, RemovesExactlyItsListFromAnInstalledClient) {
+  const std::string mode = GetParam();
+  mac::SimulatedMac mac = mac::SimulatedMac::scratch();
+  mac::installClient(mac);
+  const mac::Snapshot before = mac.snapshot();
+  const Observed seen = observe(mac, {"--" + mode});
+
+  EXPECT_EQ(seen.outcome, "exit 0");
+  EXPECT_EQ(joined(seen.log), joined(expectedLines(mode + ".txt", "log")));
+  EXPECT_EQ(joined(seen.journal), joined(expectedLines(mode + ".txt", "tools")));
+  EXPECT_EQ(seen.out, joined(expectedLines(mode + ".txt", "printed")));
+  EXPECT_EQ(seen.err, "");
+
+  const auto items = mac::clientItems();
+  const mac::Verdict verdict =
+      judge(items, mac::modeOf({"--" + mode}), mac.home(), before, mac.snapshot(), seen.fates);
+  EXPECT_EQ(joined(verdict.outside), "");
+  EXPECT_EQ(joined(verdict.leftBehind), "");
+}
+
+TEST_P(ModeTest, RunsAllItsStepsWithoutAClient) {
+  const std::string mode = GetParam();
+  mac::SimulatedMac mac = mac::SimulatedMac::scratch();
+  mac.addDockTile("Downloads", "file:///Users/pat/Downloads/");
+  mac.addKeychainItem("Other");
+  const mac::Snapshot before = mac.snapshot();
+  const Observed seen = observe(mac, {"--" + mode});
+
+  EXPECT_EQ(seen.outcome, "exit 0");
+  EXPECT_EQ(joined(seen.log), joined(expectedLines("bare.txt", mode + " log")));
+  EXPECT_EQ(joined(seen.journal), joined(expectedLines("bare.txt", mode + " tools")));
+  const mac::Difference difference = mac::difference(before, mac.snapshot());
+  EXPECT_EQ(joined(difference.removed) + joined(difference.changed), "");
+}
+
+INSTANTIATE_TEST_SUITE_P(Modes, ModeTest, testing::Values("updates", "soft", "hard", "full"),
+                         [](const auto& mode) { return std::string(mode.param); });
+
+struct CommandLine {
+  std::string name;
+  Lines arguments;
+  std::string mode;  // what the log's first line speaks of; none: no log
+
+  friend void PrintTo(const CommandLine& line, std::ostream* out) { *out << line.name; }
+};
+
+class CommandLineTest : public testing::TestWithParam<CommandLine> {};
+
+TEST_P(CommandLineTest, RunsTheFirstModeItNames) {
+  mac::SimulatedMac mac = mac::SimulatedMac::scratch();
+  mac.addFile("/Applications/Wendle.app/Contents/Info.plist");
+  const mac::Snapshot before = mac.snapshot();
+  const Observed seen = observe(mac, GetParam().arguments);
+
+  EXPECT_EQ(seen.outcome, "exit 0");
+  if (GetParam().mode.empty()) {
+    const mac::Difference difference = mac::difference(before, mac.snapshot());
+    EXPECT_EQ(joined(difference.added) + joined(difference.removed) + joined(difference.changed), "");
+    EXPECT_EQ(joined(seen.journal) + seen.out + seen.err, "");
+    return;
+  }
+  const std::string line = "[1] uninstaller: Wendle Uninstaller - started in " + GetParam().mode + " mode";
+  ASSERT_FALSE(seen.log.empty());
+  EXPECT_EQ(seen.log.front(), line);
+  EXPECT_EQ(joined(seen.log).find("started in", line.size()), std::string::npos);
+}
+
+INSTANTIATE_TEST_SUITE_P(Switches, CommandLineTest,
+                         testing::ValuesIn<CommandLine>({
+                             {"SoftThenFull", {"--soft", "--full"}, "keep applications"},
+                             {"FullThenSoft", {"--full", "--soft"}, "full"},
+                             {"UpdatesThenHard", {"--updates", "--hard"}, "updates"},
+                             {"HardTwice", {"--hard", "--hard"}, "uninstall completely"},
+                             {"UnknownThenHard", {"-x", "", "soft", "--hard"}, "uninstall completely"},
+                             {"Nothing", {}, ""},
+                             {"Capitals", {"--FULL"}, ""},
+                             {"NotExactly", {"full", "-full", "--full ", "--full=1", "--hard--soft"}, ""},
+                         }),
+                         [](const auto& c) { return c.param.name; });
+
+}  // namespace
+}  // namespace wendle::test
