@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-#include "app/exported.h"
+#include "app/WendleUninstaller.h"
 
 namespace wendle {
 
@@ -17,7 +17,3 @@ namespace wendle {
 [[nodiscard]] std::optional<std::string> chosenModeSwitch(const std::vector<std::string>& arguments);
 
 }  // namespace wendle
-
-// Runs the mode that this process's arguments choose, to its end, on the calling thread. Without a mode
-// switch it does nothing and says nothing.
-WENDLE_EXPORTED void AFXUninstallerHandleArguments();

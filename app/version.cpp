@@ -1,4 +1,4 @@
-#include "app/version.h"
+#include "app/WendleUninstaller.h"
 
 const double WendleUninstallerVersionNumber = 99.0;
 

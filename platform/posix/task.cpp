@@ -23,9 +23,9 @@ constexpr int exitCheckInterval = 20;
 short restoreSignals(posix_spawnattr_t& attributes) {
   sigset_t none;
   sigset_t all;
-  ::sigemptyset(&none);
-  ::sigfillset(&all);
-  for (const int unchangeable : {SIGKILL, SIGSTOP}) ::sigdelset(&all, unchangeable);
+  sigemptyset(&none);  // unqualified: macros on macOS
+  sigfillset(&all);
+  for (const int unchangeable : {SIGKILL, SIGSTOP}) sigdelset(&all, unchangeable);
   ::posix_spawnattr_setsigmask(&attributes, &none);
   ::posix_spawnattr_setsigdefault(&attributes, &all);
   return POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF;

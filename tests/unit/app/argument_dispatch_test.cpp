@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include "app/version.h"
-
 namespace wendle {
 
 TEST(ArgumentDispatch, TakesTheFirstExactSwitch) {

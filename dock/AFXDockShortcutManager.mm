@@ -1,0 +1,77 @@
+#import "dock/AFXDockShortcutManager.h"
+
+#include "dock/dock_shortcut_manager.h"
+#include "platform/macos/foundation_text.h"
+
+using wendle::DockShortcutManager;
+
+namespace {
+
+NSString* const flagKey = @"isChangingPersistenceOfShortcutInDock";
+
+std::optional<wendle::FileUrl> fileUrlOf(NSURL* url) {
+  NSString* path = url.path;
+  if (path.length == 0) return std::nullopt;
+  return wendle::FileUrl::fileUrlWithPath(wendle::textOf(path));
+}
+
+// The block outlives the call that it was given to.
+DockShortcutManager::Completion completionOf(void (^block)(BOOL)) {
+  if (block == nil) return {};
+  void (^kept)(BOOL) = [block copy];
+  return [kept](bool result) { kept(result ? YES : NO); };
+}
+
+}  // namespace
+
+@interface AFXDockShortcutManager ()
+- (void)setIsChangingPersistenceOfShortcutInDock:(BOOL)isChanging;
+@end
+
+@implementation AFXDockShortcutManager
+
+@synthesize isChangingPersistenceOfShortcutInDock = _isChangingPersistenceOfShortcutInDock;
+
++ (AFXDockShortcutManager*)sharedInstance {
+  static AFXDockShortcutManager* const manager = [] {
+    AFXDockShortcutManager* made = [[AFXDockShortcutManager alloc] init];
+    DockShortcutManager& inner = DockShortcutManager::sharedInstance();
+    inner.observeFlag(
+        {nullptr, [made, &inner] {
+           [made setIsChangingPersistenceOfShortcutInDock:inner.isChangingPersistenceOfShortcutInDock()];
+         }});
+    return made;
+  }();
+  return manager;
+}
+
++ (BOOL)automaticallyNotifiesObserversForKey:(NSString*)key {
+  if ([key isEqualToString:flagKey]) return NO;
+  return [super automaticallyNotifiesObserversForKey:key];
+}
+
+- (void)setIsChangingPersistenceOfShortcutInDock:(BOOL)isChanging {
+  if (_isChangingPersistenceOfShortcutInDock == isChanging) return;
+  [self willChangeValueForKey:flagKey];
+  _isChangingPersistenceOfShortcutInDock = isChanging;
+  [self didChangeValueForKey:flagKey];
+}
+
+- (BOOL)getPersistenceOfShortcutInDockFolderURL:(NSURL*)folderURL {
+  return DockShortcutManager::sharedInstance().getPersistenceOfShortcutInDockFolderURL(fileUrlOf(folderURL));
+}
+
+- (void)changePersistenceOfShortcutInDockFolderURL:(NSURL*)folderURL
+                                               add:(BOOL)add
+                                        completion:(void (^)(BOOL result))completion {
+  using Change = DockShortcutManager::Change;
+  DockShortcutManager::sharedInstance().changePersistenceOfShortcutInDockFolderURL(
+      fileUrlOf(folderURL), add ? Change::add : Change::remove, completionOf(completion));
+}
+
+- (NSURL*)fileURLWithFixedTrailingSlash:(NSURL*)url {
+  NSString* path = url.path;
+  return path.length == 0 ? nil : [NSURL fileURLWithPath:path];
+}
+
+@end

@@ -1,0 +1,50 @@
+#include "platform/file_url.h"
+
+#import <Foundation/Foundation.h>
+#include <sys/stat.h>
+
+#include "platform/macos/foundation_text.h"
+#include "platform/utf8.h"
+
+namespace wendle {
+namespace {
+
+bool isDirectoryItself(const std::string& path) {
+  struct stat status {};
+  return ::lstat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
+}
+
+// A path that is no UTF-8 has no NSString: its bytes are escaped one by one.
+NSURL* urlOfBytes(const std::string& path, bool isDirectory) {
+  return [NSURL fileURLWithFileSystemRepresentation:path.c_str()
+                                        isDirectory:isDirectory ? YES : NO
+                                      relativeToURL:nil];
+}
+
+// The bytes as they were given: a file system may tell composed names from decomposed ones.
+std::string pathOf(NSURL* url, std::string_view given) {
+  std::string path = given.starts_with('/') ? std::string(given) : textOf(url.path);
+  while (path.size() > 1 && path.ends_with('/')) path.pop_back();
+  return path;
+}
+
+}  // namespace
+
+FileUrl FileUrl::fileUrlWithPath(std::string_view path) {
+  @autoreleasepool {
+    const std::string bytes(path);
+    NSURL* url = isUtf8(path) ? [NSURL fileURLWithPath:foundationText(path)]
+                              : urlOfBytes(bytes, path.ends_with('/') || isDirectoryItself(bytes));
+    return {pathOf(url, path), textOf(url.absoluteString)};
+  }
+}
+
+FileUrl FileUrl::fileUrlWithDirectoryPath(std::string_view path) {
+  @autoreleasepool {
+    NSURL* url = isUtf8(path) ? [NSURL fileURLWithPath:foundationText(path) isDirectory:YES]
+                              : urlOfBytes(std::string(path), true);
+    return {pathOf(url, path), textOf(url.absoluteString)};
+  }
+}
+
+}  // namespace wendle

@@ -1,0 +1,90 @@
+#include "platform/macos/foundation_property_list.h"
+
+#include <limits>
+#include <string_view>
+
+#include "platform/macos/foundation_text.h"
+
+namespace wendle {
+namespace {
+
+struct MakeObject {
+  id operator()(const std::string& text) const { return foundationText(text); }
+  id operator()(std::int64_t number) const { return [NSNumber numberWithLongLong:number]; }
+  id operator()(std::uint64_t number) const { return [NSNumber numberWithUnsignedLongLong:number]; }
+  id operator()(double number) const { return [NSNumber numberWithDouble:number]; }
+  id operator()(bool flag) const { return [NSNumber numberWithBool:flag ? YES : NO]; }
+  id operator()(PropertyListDate date) const {
+    return [NSDate dateWithTimeIntervalSinceReferenceDate:date.seconds];
+  }
+  id operator()(const PropertyListData& data) const {
+    return [NSData dataWithBytes:data.bytes.data() length:data.bytes.size()];
+  }
+  id operator()(const PropertyListArray& array) const {
+    NSMutableArray* objects = [NSMutableArray array];
+    for (const PropertyList& element : array) [objects addObject:foundationObject(element)];
+    return objects;
+  }
+  id operator()(const PropertyListDictionary& dictionary) const {
+    NSMutableDictionary* objects = [NSMutableDictionary dictionary];
+    for (const auto& [key, entry] : dictionary) {
+      [objects setObject:foundationObject(entry) forKey:foundationText(key)];
+    }
+    return objects;
+  }
+};
+
+// The numbers true and false have a class of their own; their objCType is that of a small integer.
+bool isBoolean(NSNumber* number) { return [number class] == [[NSNumber numberWithBool:YES] class]; }
+
+PropertyList numberOf(NSNumber* number) {
+  if (isBoolean(number)) return {static_cast<bool>(number.boolValue)};
+  const std::string_view type = number.objCType;
+  if (type == @encode(double) || type == @encode(float)) return {number.doubleValue};
+  NSNumber* mostSigned = [NSNumber numberWithLongLong:std::numeric_limits<long long>::max()];
+  if ([number compare:mostSigned] == NSOrderedDescending) {
+    return {static_cast<std::uint64_t>(number.unsignedLongLongValue)};
+  }
+  return {static_cast<std::int64_t>(number.longLongValue)};
+}
+
+std::optional<PropertyList> arrayOf(NSArray* objects) {
+  PropertyListArray array;
+  for (id object in objects) {
+    auto element = propertyListOf(object);
+    if (!element) return std::nullopt;
+    array.push_back(std::move(*element));
+  }
+  return PropertyList{std::move(array)};
+}
+
+std::optional<PropertyList> dictionaryOf(NSDictionary* objects) {
+  PropertyListDictionary dictionary;
+  for (id key in objects) {
+    auto entry = propertyListOf([objects objectForKey:key]);
+    if (!entry || ![key isKindOfClass:[NSString class]]) return std::nullopt;
+    dictionary.emplace(textOf(key), std::move(*entry));
+  }
+  return PropertyList{std::move(dictionary)};
+}
+
+}  // namespace
+
+id foundationObject(const PropertyList& list) { return std::visit(MakeObject(), list.value); }
+
+std::optional<PropertyList> propertyListOf(id object) {
+  if ([object isKindOfClass:[NSString class]]) return PropertyList{textOf(object)};
+  if ([object isKindOfClass:[NSNumber class]]) return numberOf(object);
+  if ([object isKindOfClass:[NSDate class]]) {
+    return PropertyList{PropertyListDate{[object timeIntervalSinceReferenceDate]}};
+  }
+  if ([object isKindOfClass:[NSData class]]) {
+    NSData* data = object;
+    return PropertyList{PropertyListData{{static_cast<const char*>(data.bytes), data.length}}};
+  }
+  if ([object isKindOfClass:[NSArray class]]) return arrayOf(object);
+  if ([object isKindOfClass:[NSDictionary class]]) return dictionaryOf(object);
+  return std::nullopt;
+}
+
+}  // namespace wendle

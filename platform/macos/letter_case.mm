@@ -1,0 +1,41 @@
+#include "platform/letter_case.h"
+
+#import <Foundation/Foundation.h>
+
+#include "platform/macos/foundation_text.h"
+#include "platform/utf8.h"
+
+namespace wendle {
+namespace {
+
+std::string_view takeUtf8Prefix(std::string_view& text) {
+  const std::string_view whole = text;
+  while (takeUtf8Character(text)) {
+  }
+  return whole.substr(0, whole.size() - text.size());
+}
+
+}  // namespace
+
+std::string lowercased(std::string_view text) {
+  std::string result;
+  @autoreleasepool {
+    while (!text.empty()) {
+      result += textOf(foundationText(takeUtf8Prefix(text)).lowercaseString);
+      if (text.empty()) break;
+      result += text.front();  // no UTF-8
+      text.remove_prefix(1);
+    }
+  }
+  return result;
+}
+
+bool containsIgnoringCase(std::string_view text, std::string_view searched) {
+  @autoreleasepool {
+    const NSRange found = [foundationText(text) rangeOfString:foundationText(searched)
+                                                      options:NSCaseInsensitiveSearch];
+    return searched.empty() || found.location != NSNotFound;
+  }
+}
+
+}  // namespace wendle
