@@ -6,6 +6,7 @@
 #include <iostream>
 #include <stdexcept>
 
+#include "report/run_report.h"
 #include "simulated_mac/shared.h"
 #include "simulated_mac/verdict.h"
 
@@ -112,6 +113,15 @@ std::string verbFor(const Item& item) {
   return item.kind.ends_with("process") ? "ended" : "removed";
 }
 
+// What an administrator would be told of the run.
+std::string verdictOfLog(const Strings& lines) {
+  std::string text;
+  for (const std::string& line : lines) text += line + "\n";
+  const auto log = parseLog(text);
+  const auto report = log ? reportOf(*log) : std::nullopt;
+  return report ? asSentence(*report) : "There is no log.";
+}
+
 // The last line. Returns the exit status.
 int conclude(const Verdict& verdict, const SessionResult& result, Mode mode) {
   std::string text;
@@ -133,8 +143,9 @@ int rehearse(SimulatedMac& mac, const Command& command) {
   const SessionResult result = mac.run(command.uninstaller, command.arguments);
   const Verdict verdict = judge(items, mode, mac.home(), before, mac.snapshot(), result.fates);
   Rows tools;
-  for (const auto& [tool, words, outcome] : result.journal)
-    tools.emplace_back(outcome, commandLine(tool, words));
+  for (const ToolRun& run : result.journal) {
+    tools.emplace_back(run.outcome, commandLine(run.tool, run.arguments));
+  }
   std::cout << styled("1", commandLine("WendleUninstaller", command.arguments)) << "  " << result.outcome
             << '\n';
   printRows("Tools", tools);
@@ -143,6 +154,7 @@ int rehearse(SimulatedMac& mac, const Command& command) {
   printRows("Kept", rowsOf(verdict.kept, mac.home(), [](const Item& item) { return item.why; }));
   printLines("Left behind", verdict.leftBehind);
   printLines("Touched without being on the list", verdict.outside);
+  printLines("The log's verdict", {verdictOfLog(result.log)});
   return conclude(verdict, result, mode);
 }
 

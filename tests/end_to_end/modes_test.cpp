@@ -49,6 +49,33 @@ TEST_P(ModeTest, RunsAllItsStepsWithoutAClient) {
 INSTANTIATE_TEST_SUITE_P(Modes, ModeTest, testing::Values("updates", "soft", "hard", "full"),
                          [](const auto& mode) { return std::string(mode.param); });
 
+// Desktop applications, one of which refuses to quit, the extension, and components that are left alone. The
+// tool itself carries the extension's identifier, as when the extension has started it.
+std::vector<mac::Fate> fatesIn(const std::string& mode) {
+  const std::string desktop = "com.wendle.DesktopClient";
+  mac::SimulatedMac mac = mac::SimulatedMac::scratch();
+  mac.addProcess({.name = "Wendle", .identifier = desktop, .stubborn = true});
+  mac.addProcess({.name = "Wendle", .identifier = desktop});
+  for (const char* component :
+       {"WendleExtension", "WendleUpdater", "WendleAgent.FinderSyncExt", "WendleUninstaller"}) {
+    mac.addProcess({.name = component, .identifier = desktop + "." + component});
+  }
+  mac.addProcess({.name = "Wendle", .identifier = desktop + "X"});
+  const Observed seen =
+      observe(mac, {mode}, {.environment = {"__CFBundleIdentifier=" + desktop + ".WendleExtension"}});
+  EXPECT_EQ(seen.outcome, "exit 0");
+  return seen.fates;
+}
+
+TEST(ProcessesTest, AreAskedToQuitAndOnlyTheExtensionIsKilledInUpdatesMode) {
+  using enum mac::Fate;
+  const std::vector<mac::Fate> asked{refused, quit, quit, leftAlone, leftAlone, leftAlone, leftAlone};
+  EXPECT_EQ(fatesIn("--soft"), asked);
+  EXPECT_EQ(fatesIn("--full"), asked);
+  EXPECT_EQ(fatesIn("--updates"), (std::vector<mac::Fate>{leftAlone, leftAlone, killed, leftAlone, leftAlone,
+                                                          leftAlone, leftAlone}));
+}
+
 struct CommandLine {
   std::string name;
   Lines arguments;
@@ -78,18 +105,19 @@ TEST_P(CommandLineTest, RunsTheFirstModeItNames) {
   EXPECT_EQ(joined(seen.log).find("started in", line.size()), std::string::npos);
 }
 
-INSTANTIATE_TEST_SUITE_P(Switches, CommandLineTest,
-                         testing::ValuesIn<CommandLine>({
-                             {"SoftThenFull", {"--soft", "--full"}, "keep applications"},
-                             {"FullThenSoft", {"--full", "--soft"}, "full"},
-                             {"UpdatesThenHard", {"--updates", "--hard"}, "updates"},
-                             {"HardTwice", {"--hard", "--hard"}, "uninstall completely"},
-                             {"UnknownThenHard", {"-x", "", "soft", "--full=1", "--hard"}, "uninstall completely"},
-                             {"Nothing", {}, ""},
-                             {"Capitals", {"--FULL"}, ""},
-                             {"NotExactly", {"full", "-full", "--full ", "--full=1", "--hard--soft"}, ""},
-                         }),
-                         [](const auto& c) { return c.param.name; });
+INSTANTIATE_TEST_SUITE_P(
+    Switches, CommandLineTest,
+    testing::ValuesIn<CommandLine>({
+        {"SoftThenFull", {"--soft", "--full"}, "keep applications"},
+        {"FullThenSoft", {"--full", "--soft"}, "full"},
+        {"UpdatesThenHard", {"--updates", "--hard"}, "updates"},
+        {"HardTwice", {"--hard", "--hard"}, "uninstall completely"},
+        {"UnknownThenHard", {"-x", "", "soft", "--full=1", "--hard"}, "uninstall completely"},
+        {"Nothing", {}, ""},
+        {"Capitals", {"--FULL"}, ""},
+        {"NotExactly", {"full", "-full", "--full ", "--full=1", "--hard--soft"}, ""},
+    }),
+    [](const auto& c) { return c.param.name; });
 
 }  // namespace
 }  // namespace wendle::test

@@ -1,0 +1,108 @@
+#include "report/log_reader.h"
+
+#include <array>
+#include <charconv>
+
+namespace wendle {
+namespace {
+
+constexpr std::string_view timeForm = "0000-00-00T00:00:00.000Z ";
+
+bool hasTimeForm(std::string_view text) {
+  for (size_t i = 0; i < timeForm.size(); ++i) {
+    const bool isDigit = text[i] >= '0' && text[i] <= '9';
+    if (timeForm[i] == '0' ? !isDigit : text[i] != timeForm[i]) return false;
+  }
+  return true;
+}
+
+int numberAt(std::string_view text, size_t position, size_t length) {
+  int number = 0;
+  std::from_chars(text.data() + position, text.data() + position + length, number);
+  return number;
+}
+
+std::optional<decltype(LogRecord::time)> takeTime(std::string_view& line) {
+  if (line.size() < timeForm.size() || !hasTimeForm(line)) return std::nullopt;
+  using namespace std::chrono;
+  const year_month_day date(year(numberAt(line, 0, 4)), month(static_cast<unsigned>(numberAt(line, 5, 2))),
+                            day(static_cast<unsigned>(numberAt(line, 8, 2))));
+  if (!date.ok()) return std::nullopt;
+  const auto time = sys_days(date) + hours(numberAt(line, 11, 2)) + minutes(numberAt(line, 14, 2)) +
+                    seconds(numberAt(line, 17, 2)) + milliseconds(numberAt(line, 20, 3));
+  line.remove_prefix(timeForm.size());
+  return time;
+}
+
+std::optional<RecordKind> takeKind(std::string_view& line) {
+  constexpr std::array<std::pair<std::string_view, RecordKind>, 3> kinds{
+      {{"[1] ", RecordKind::progress}, {"[4] ", RecordKind::failure}, {"[error] ", RecordKind::error}}};
+  for (const auto& [text, kind] : kinds) {
+    if (!line.starts_with(text)) continue;
+    line.remove_prefix(text.size());
+    return kind;
+  }
+  return std::nullopt;
+}
+
+// The character that an escape sequence stands for, taken off `text`, which begins behind the backslash.
+std::optional<char> takeEscaped(std::string_view& text) {
+  constexpr std::string_view letters = "\\nrt";
+  constexpr std::string_view meanings = "\\\n\r\t";
+  if (text.empty()) return std::nullopt;
+  if (const size_t known = letters.find(text.front()); known != std::string_view::npos) {
+    text.remove_prefix(1);
+    return meanings[known];
+  }
+  if (text.size() < 3 || text.front() != 'x') return std::nullopt;
+  unsigned char byte = 0;
+  const auto [end, failure] = std::from_chars(text.data() + 1, text.data() + 3, byte, 16);
+  if (failure != std::errc() || end != text.data() + 3) return std::nullopt;
+  text.remove_prefix(3);
+  return static_cast<char>(byte);
+}
+
+std::optional<std::string> unescaped(std::string_view text) {
+  std::string result;
+  while (!text.empty()) {
+    const char first = text.front();
+    text.remove_prefix(1);
+    if (first != '\\') {
+      result += first;
+    } else if (const auto meant = takeEscaped(text)) {
+      result += *meant;
+    } else {
+      return std::nullopt;
+    }
+  }
+  return result;
+}
+
+}  // namespace
+
+std::optional<LogRecord> parseLogRecord(std::string_view line) {
+  const auto time = takeTime(line);
+  const auto kind = time ? takeKind(line) : std::nullopt;
+  const size_t colon = line.find(": ");
+  if (!kind || colon == std::string_view::npos) return std::nullopt;
+  auto text = unescaped(line.substr(colon + 2));
+  if (!text) return std::nullopt;
+  return LogRecord{*time, *kind, std::string(line.substr(0, colon)), std::move(*text)};
+}
+
+std::optional<LogText> parseLog(std::string_view text) {
+  LogText log;
+  while (!text.empty() && !log.isCutOff) {
+    const size_t end = text.find('\n');
+    log.isCutOff = end == std::string_view::npos;
+    if (log.isCutOff) break;
+    auto record = parseLogRecord(text.substr(0, end));
+    if (!record) return std::nullopt;
+    log.records.push_back(std::move(*record));
+    text.remove_prefix(end + 1);
+  }
+  if (log.records.empty()) return std::nullopt;
+  return log;
+}
+
+}  // namespace wendle

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <chrono>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace wendle {
+
+enum class RecordKind { progress, failure, error };  // [1], [4], [error]
+
+// One record of a log, as it was before its text was escaped.
+struct LogRecord {
+  std::chrono::sys_time<std::chrono::milliseconds> time;
+  RecordKind kind = RecordKind::progress;
+  std::string logger;
+  std::string text;
+};
+
+// The record that `line`, without its line end, holds; none when it is no record.
+[[nodiscard]] std::optional<LogRecord> parseLogRecord(std::string_view line);
+
+struct LogText {
+  std::vector<LogRecord> records;
+  bool isCutOff = false;  // the last line has no line end: its writer was stopped there; it is left out
+};
+
+// The records of a whole log; none when one of its lines is no record, or it has none.
+[[nodiscard]] std::optional<LogText> parseLog(std::string_view text);
+
+}  // namespace wendle

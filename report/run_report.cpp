@@ -1,0 +1,128 @@
+#include "report/run_report.h"
+
+#include <algorithm>
+#include <array>
+#include <string_view>
+
+namespace wendle {
+namespace {
+
+struct ModeName {
+  std::string_view inLog;
+  std::string_view modeSwitch;
+};
+constexpr std::array<ModeName, 4> modes{{{"updates", "--updates"},
+                                         {"keep applications", "--soft"},
+                                         {"uninstall completely", "--hard"},
+                                         {"full", "--full"}}};
+
+// What stands between `prefix` and `suffix`; none when `text` is not of that form.
+std::optional<std::string> between(std::string_view text, std::string_view prefix, std::string_view suffix) {
+  if (text.size() < prefix.size() + suffix.size() || !text.starts_with(prefix) || !text.ends_with(suffix)) {
+    return std::nullopt;
+  }
+  return std::string(text.substr(prefix.size(), text.size() - prefix.size() - suffix.size()));
+}
+
+std::string modeOf(const LogRecord& first) {
+  const auto name = between(first.text, "Wendle Uninstaller - started in ", " mode");
+  for (const ModeName& mode : modes) {
+    if (name == mode.inLog) return std::string(mode.modeSwitch);
+  }
+  return {};
+}
+
+// The item of a line of the deleting steps: "Delete Folder - ITEM" and its siblings.
+std::optional<std::string> deletedItem(std::string_view text, std::string_view suffix) {
+  for (const std::string_view prefix : {"Delete Folder - ", "Delete File - "}) {
+    if (auto item = between(text, prefix, suffix)) return item;
+  }
+  if (auto item = between(text, "Delete Keychain Item - ", suffix)) return "keychain item " + *item;
+  return std::nullopt;
+}
+
+// What a line says of a tool that ran to its end.
+std::optional<std::string> toolRun(std::string_view text) {
+  if (auto command = between(text, "Run `", "` - success")) return command;
+  if (auto path = between(text, "Remove /", " - finished")) return "rm -rf /" + *path;
+  for (const std::string_view prefix : {"Reset permissions for ", "Removed defaults for "}) {
+    if (text.starts_with(prefix)) return std::string(text);
+  }
+  if (text == "Remove dock folder - removing dock item") return "Remove dock item";
+  return std::nullopt;
+}
+
+class Reader {
+ public:
+  explicit Reader(RunReport& report) : report_(report) {}
+
+  void read(const LogRecord& record) {
+    if (record.kind == RecordKind::error) return readError(record.text);
+    if (record.kind == RecordKind::failure) return fail(record.text);
+    if (record.logger == "module" || record.text.starts_with("Failed to ")) return fail(record.text);
+    if (auto item = deletedItem(record.text, " - success")) {
+      report_.removed.push_back(*item);
+    } else if (auto tool = toolRun(record.text)) {
+      report_.toolsRun.push_back(*tool);
+    } else if (record.text == "Remove dock folder - no dock item found") {
+      report_.notThere.emplace_back("the client's tile in the Dock");
+    }
+  }
+
+ private:
+  // "MESSAGE: Error Domain=..."
+  void readError(const std::string& text) {
+    const size_t colon = text.find(": Error Domain=");
+    const std::string message = text.substr(0, colon);
+    const auto item = deletedItem(message, "");
+    const std::string cause = colon == std::string::npos ? "" : text.substr(colon + 2);
+    if (!item || !cause.starts_with("Error Domain=NSPOSIXErrorDomain Code=2 ")) {
+      report_.failed.push_back({item.value_or(message), cause});
+    } else if (!wasRemoved(*item)) {
+      report_.notThere.push_back(*item);
+    }
+  }
+
+  void fail(const std::string& text) {
+    const size_t colon = text.find(": ");
+    report_.failed.push_back(
+        {text.substr(0, colon), colon == std::string::npos ? "" : text.substr(colon + 2)});
+  }
+
+  // Itself, or a folder that held it.
+  bool wasRemoved(const std::string& item) const {
+    const std::string asFolder = item.ends_with('/') ? item : item + "/";
+    return std::any_of(report_.removed.begin(), report_.removed.end(), [&](const std::string& removed) {
+      return removed.ends_with('/') ? asFolder.starts_with(removed) : removed == item;
+    });
+  }
+
+  RunReport& report_;
+};
+
+// The soft and hard modes say goodbye; the last item of the other two is the search extension's.
+bool isLastLine(const std::string& mode, const LogRecord& last) {
+  if (last.logger == "module") return false;
+  if (mode == "--soft" || mode == "--hard") return last.text.starts_with("Removal Completed - ");
+  const bool isItsFile =
+      last.text.starts_with("Delete File - ") &&
+      last.text.find("/Preferences/com.wendle.DesktopClient.WendleExtension.plist") != std::string::npos;
+  const bool isItsApplication = last.text.find("/WendleExtension.app") != std::string::npos;
+  return isItsFile || (mode == "--updates" && isItsApplication);
+}
+
+}  // namespace
+
+std::optional<RunReport> reportOf(const LogText& log) {
+  RunReport report;
+  report.mode = modeOf(log.records.front());
+  if (report.mode.empty()) return std::nullopt;
+  report.start = log.records.front().time;
+  report.duration = log.records.back().time - report.start;
+  Reader reader(report);
+  for (const LogRecord& record : log.records) reader.read(record);
+  report.reachedEnd = !log.isCutOff && isLastLine(report.mode, log.records.back());
+  return report;
+}
+
+}  // namespace wendle

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <chrono>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "report/log_reader.h"
+
+namespace wendle {
+
+struct FailedItem {
+  std::string item;
+  std::string cause;
+};
+
+// What the log of one run says became of everything. Items are file URLs, or what the log calls them.
+struct RunReport {
+  std::string mode;  // as its switch: --hard
+  decltype(LogRecord::time) start;
+  std::chrono::milliseconds duration{};
+  std::vector<std::string> removed;
+  std::vector<std::string>
+      notThere;  // looked for and absent; what the run itself had removed before is left out
+  std::vector<std::string>
+      toolsRun;  // ran to their end, whatever they achieved: nobody looks at their exit status
+  std::vector<FailedItem> failed;  // each with its cause
+  bool reachedEnd = false;         // the run wrote its last line
+
+  // Whether all went well: nothing failed, and the run reached its end. A missing item is no failure.
+  [[nodiscard]] bool isGood() const { return failed.empty() && reachedEnd; }
+};
+
+// None when the records are not those of a run: the first line names a mode.
+[[nodiscard]] std::optional<RunReport> reportOf(const LogText& log);
+
+// The run in one sentence, without a line end.
+[[nodiscard]] std::string asSentence(const RunReport& report);
+
+// For people: the lists, with line ends.
+[[nodiscard]] std::string asText(const RunReport& report);
+
+// One JSON object (RFC 8259), with a line end. Bytes that are no UTF-8 become U+FFFD.
+[[nodiscard]] std::string asJson(const RunReport& report);
+
+}  // namespace wendle

@@ -1,0 +1,144 @@
+// wendle-uninstall-report on the logs of real runs, and on logs as a run that went wrong leaves them.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "observed.h"
+#include "simulated_mac/client_fixture.h"
+
+namespace wendle::test {
+namespace {
+
+using mac::SimulatedMac;
+
+const std::string logs = "/Users/pat/Library/Logs/Wendle/";
+
+Observed report(SimulatedMac& mac, const Lines& arguments) {
+  return observe(mac, arguments, {.startsProcesses = false}, REPORT);
+}
+
+class ReportedModeTest : public testing::TestWithParam<const char*> {};
+
+TEST_P(ReportedModeTest, IsGoodAndCountsWhatTheRunRemoved) {
+  SimulatedMac mac = SimulatedMac::scratch();
+  mac::installClient(mac);
+  const Observed run = observe(mac, {GetParam()});
+  const Observed seen = report(mac, {});
+
+  EXPECT_EQ(seen.outcome, "exit 0");
+  const auto removed = std::count_if(run.log.begin(), run.log.end(), [](const std::string& line) {
+    return line.starts_with("[1] uninstaller: Delete ") && line.ends_with(" - success");
+  });
+  EXPECT_TRUE(seen.out.starts_with(GetParam())) << seen.out;
+  EXPECT_NE(seen.out.find("\nRemoved: " + std::to_string(removed) + "\n"), std::string::npos) << seen.out;
+  EXPECT_NE(seen.out.find("\nNot there: nothing\n"), std::string::npos) << seen.out;
+  EXPECT_NE(seen.out.find("\nFailed: nothing\n"), std::string::npos) << seen.out;
+  EXPECT_TRUE(seen.out.ends_with(" 0 failed; it reached its last line.\n")) << seen.out;
+}
+
+INSTANTIATE_TEST_SUITE_P(Modes, ReportedModeTest, testing::Values("--updates", "--soft", "--hard", "--full"),
+                         [](const auto& mode) { return std::string(mode.param).substr(2); });
+
+struct LogCase {
+  std::string name;
+  std::string log;
+  std::string outcome;
+  std::string json = {};  // all of it; nothing is printed when empty
+
+  friend void PrintTo(const LogCase& c, std::ostream* out) { *out << c.name; }
+};
+
+const std::string start = "2026-11-21T07:59:59.900Z [1] uninstaller: Wendle Uninstaller - started in ";
+const std::string later = "2026-11-21T08:00:02.150Z ";
+const std::string noSuchFile = R"(: Error Domain=NSPOSIXErrorDomain Code=2 "No such file or directory")";
+const std::string goodbye = later + "[1] uninstaller: Removal Completed - 😔 Sorry to see you go. 😔\n";
+
+std::string json(const std::string& mode, const std::string& lists, bool reachedEnd) {
+  return "{\"mode\": \"" + mode + R"(", "started": "2026-11-21T07:59:59.900Z", "seconds": 2.250, )" + lists +
+         ", \"reachedEnd\": " + (reachedEnd ? "true" : "false") + "}\n";
+}
+
+class LogTest : public testing::TestWithParam<LogCase> {};
+
+TEST_P(LogTest, IsToldAsItIs) {
+  const LogCase& c = GetParam();
+  SimulatedMac mac = SimulatedMac::scratch();
+  mac.addFile("/some.log", c.log);
+  const Observed seen = report(mac, {"--json", "/some.log"});
+  EXPECT_EQ(seen.outcome, c.outcome);
+  EXPECT_EQ(seen.out, c.json);
+  EXPECT_EQ(seen.err,
+            c.json.empty() ? "wendle-uninstall-report: /some.log is no log of the uninstaller.\n" : "");
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Logs, LogTest,
+    testing::ValuesIn<LogCase>({
+        {"AllThatCanBeTold",
+         start + "uninstall completely mode\n" + later +
+             "[1] uninstaller: Delete Folder - file:///A/ - success\n" + later +
+             "[error] uninstaller: Delete Folder - file:///A/x" + noSuchFile + "\n" + later +
+             "[error] uninstaller: Delete File - file:///B" + noSuchFile + "\n" + later +
+             "[1] uninstaller: Reset permissions for com.wendle\n" + later +
+             "[1] uninstaller: Delete Keychain Item - Wendle - at /k - success\n" + goodbye,
+         "exit 0",
+         json("--hard",
+              R"("removed": ["file:///A/", "keychain item Wendle - at /k"], "notThere": ["file:///B"], )"
+              R"("toolsRun": ["Reset permissions for com.wendle"], "failed": [])",
+              true)},
+        {"Failures",
+         start + "keep applications mode\n" + later +
+             "[error] uninstaller: Delete Folder - file:///A/: Error Domain=NSPOSIXErrorDomain Code=13 "
+             "\"Permission "
+             "denied\"\n" +
+             later + "[error] uninstaller: Failed to run `launchctl unload -w /a`" + noSuchFile + "\n" +
+             later + "[4] uninstaller: Invalid dock item location: a\\nb \\\\ \\x1b\"\xff\n" + later +
+             "[1] uninstaller: Failed to reset permissions for com.wendle" + noSuchFile + "\n" + goodbye,
+         "exit 1",
+         json(
+             "--soft",
+             R"("removed": [], "notThere": [], "toolsRun": [], "failed": [)"
+             R"({"item": "file:///A/", "cause": "Error Domain=NSPOSIXErrorDomain Code=13 \"Permission denied\""}, )"
+             R"({"item": "Failed to run `launchctl unload -w /a`", "cause": )"
+             R"("Error Domain=NSPOSIXErrorDomain Code=2 \"No such file or directory\""}, )"
+             R"({"item": "Invalid dock item location", "cause": "a\u000ab \\ \u001b\"\ufffd"}, )"
+             R"({"item": "Failed to reset permissions for com.wendle", "cause": )"
+             R"("Error Domain=NSPOSIXErrorDomain Code=2 \"No such file or directory\""}])",
+             true)},
+        {"AnAbnormalEnd",
+         start + "full mode\n" + later + "[1] module: Ended by an uncaught exception: no shell\n", "exit 1",
+         json("--full",
+              R"("removed": [], "notThere": [], "toolsRun": [], "failed": )"
+              R"([{"item": "Ended by an uncaught exception", "cause": "no shell"}])",
+              false)},
+        {"AStopHalfWay",
+         start + "updates mode\n" + later + "[1] uninstaller: Unload Wendle agent - started\n", "exit 1",
+         json("--updates", R"("removed": [], "notThere": [], "toolsRun": [], "failed": [])", false)},
+        {"AStopWithinALine", start + "keep applications mode\n" + goodbye + "2026-11-21T08:", "exit 1",
+         json("--soft", R"("removed": [], "notThere": [], "toolsRun": [], "failed": [])", false)},
+        {"Empty", "", "exit 2"},
+        {"NoMode", later + "[1] uninstaller: Delete Folder - file:///A/ - success\n", "exit 2"},
+        {"AnotherProgramsLine", start + "full mode\nsegmentation fault\n", "exit 2"},
+        {"AnUnknownEscape", start + "full mode\n" + later + "[1] uninstaller: \\q\n", "exit 2"},
+        {"NoDate", "2026-13-41T08:00:02.150Z [1] uninstaller: Wendle Uninstaller - started in full mode\n",
+         "exit 2"},
+    }),
+    [](const auto& c) { return c.param.name; });
+
+TEST(ReportTest, TakesTheNewestLogAndRefusesWrongUse) {
+  SimulatedMac mac = SimulatedMac::scratch();
+  EXPECT_EQ(report(mac, {}).err, "wendle-uninstall-report: this user has no log of the uninstaller.\n");
+  mac.addFile(logs + "uninstaller-20261121T075959Z-9.log", start + "full mode\n");
+  mac.addFile(logs + "uninstaller-20261121T075959Z-10.log", start + "updates mode\n");
+  mac.addFolder(logs + "uninstaller-20301121T075959Z-10.log");
+  EXPECT_TRUE(report(mac, {}).out.starts_with("--updates"));
+  for (const Lines& arguments :
+       {Lines{"--jsno"}, Lines{"/a", "/b"}, Lines{""}, Lines{"/nothing"}, Lines{"/Users"}}) {
+    const Observed seen = report(mac, arguments);
+    EXPECT_EQ(seen.outcome + seen.out, "exit 2") << joined(arguments);
+    EXPECT_EQ(std::count(seen.err.begin(), seen.err.end(), '\n'), 1) << seen.err;
+  }
+}
+
+}  // namespace
+}  // namespace wendle::test
