@@ -5,6 +5,8 @@
 #include <array>
 #include <string_view>
 
+#include "platform/retry.h"
+
 namespace wendle {
 
 // getdents64(2) directly: two system calls for most directories, where readdir(3) needs four.
@@ -16,7 +18,7 @@ struct DirectoryStream::Body {
   alignas(dirent64) std::array<char, 32 * 1024> buffer{};
 
   bool fill() {
-    const ssize_t count = ::getdents64(fd.get(), buffer.data(), buffer.size());
+    const auto count = retryOnInterrupt([&] { return ::getdents64(fd.get(), buffer.data(), buffer.size()); });
     if (count < 0) failure = errno;
     position = 0;
     filled = count > 0 ? static_cast<size_t>(count) : 0;

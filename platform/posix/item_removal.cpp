@@ -42,7 +42,9 @@ class Removal {
     const auto error = cursor_.enter(entry.name);
     if (!error) return path_.push_back({entry.name});
     if (error->code == ENOTDIR || error->code == ELOOP) return removeFile(entry.name);
-    if (unlinkAt(entry.name, Kind::directory) != 0) note(*error);  // an empty one needs no opening
+    const int failure = unlinkAt(entry.name, Kind::directory);  // an empty one needs no opening
+    if (failure == ENOTDIR) return removeFile(entry.name);      // nor does what only might have been one
+    if (failure != 0) note(*error);
   }
 
   void removeFile(const std::string& name) {
@@ -50,13 +52,14 @@ class Removal {
   }
 
   void finishDirectory() {
-    if (const auto failure = cursor_.readFailure()) note(*failure);
+    const auto unread = cursor_.readFailure();
     Directory directory = std::move(path_.back());
     const auto lost = cursor_.leave();
     path_.resize(cursor_.depth());
-    if (lost) return note(*lost);
+    if (lost) return note(unread.value_or(*lost));
     const int failure = unlinkAt(directory.name, Kind::directory);
     if (failure == 0) return;
+    if (unread) return note(*unread);
     if (failure != ENOTEMPTY && failure != EEXIST) return note(posixError(failure));
     if (directory.keepsSomething) return keepParent();
     readAgain(std::move(directory), failure);

@@ -14,6 +14,10 @@ UniqueFd openDirectory(int parent, const char* name) {
   return UniqueFd(retryOnInterrupt([&] { return ::openat(parent, name, flags); }));
 }
 
+int identify(int directory, struct stat& identity) {
+  return retryOnInterrupt([&] { return ::fstat(directory, &identity); });
+}
+
 }  // namespace
 
 int TreeCursor::fd() const { return levels_.empty() ? AT_FDCWD : levels_.back().fd(); }
@@ -25,6 +29,7 @@ std::optional<Error> TreeCursor::enter(const std::string& name) {
     if (auto error = suspend(levels_.back())) return error;
   }
   Level level;
+  level.name = name;
   level.stream.emplace(std::move(directory));
   levels_.push_back(std::move(level));
   return std::nullopt;
@@ -52,14 +57,13 @@ std::optional<Error> TreeCursor::leave() {
   const Level left = std::move(levels_.back());
   levels_.pop_back();
   if (levels_.empty() || levels_.back().fd() >= 0) return std::nullopt;
-  auto error = reopen(levels_.back(), left.fd());
-  while (error && !levels_.empty() && levels_.back().fd() < 0) levels_.pop_back();
-  return error;
+  if (!reopen(levels_.back(), left.fd(), "..")) return std::nullopt;
+  return reopenFromAbove();  // moved away, or not to be searched
 }
 
 std::optional<Error> TreeCursor::suspend(Level& level) {
   if (level.stream) {
-    if (::fstat(level.fd(), &level.identity) != 0) return posixError(errno);
+    if (identify(level.fd(), level.identity) != 0) return posixError(errno);
     while (auto entry = level.stream->next()) level.unvisited.push_back(std::move(*entry));
     std::reverse(level.unvisited.begin(), level.unvisited.end());
     level.readFailure = level.stream->failure();
@@ -69,13 +73,27 @@ std::optional<Error> TreeCursor::suspend(Level& level) {
   return std::nullopt;
 }
 
-std::optional<Error> TreeCursor::reopen(Level& level, int subfolder) {
-  UniqueFd parent = openDirectory(subfolder, "..");
+std::optional<Error> TreeCursor::reopen(Level& level, int neighbour, const char* name) {
+  UniqueFd directory = openDirectory(neighbour, name);
   struct stat found {};
-  if (!parent.isOpen() || ::fstat(parent.get(), &found) != 0) return posixError(errno);
+  if (!directory.isOpen() || identify(directory.get(), found) != 0) return posixError(errno);
   if (found.st_dev != level.identity.st_dev || found.st_ino != level.identity.st_ino)
     return posixError(ENOENT);
-  level.reopened = std::move(parent);
+  level.reopened = std::move(directory);
+  return std::nullopt;
+}
+
+std::optional<Error> TreeCursor::reopenFromAbove() {
+  size_t closed = levels_.size() - 1;
+  while (levels_[closed - 1].fd() < 0) --closed;  // ends: the first levels are never closed
+  for (; closed < levels_.size(); ++closed) {
+    Level& parent = levels_[closed - 1];
+    if (auto error = reopen(levels_[closed], parent.fd(), levels_[closed].name.c_str())) {
+      levels_.resize(closed);
+      return error;
+    }
+    parent.reopened.reset();
+  }
   return std::nullopt;
 }
 

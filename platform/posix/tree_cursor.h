@@ -16,7 +16,8 @@ namespace wendle {
 //
 // Trees may be deeper than there are descriptors. The first levels stay open while their subfolders are
 // visited; a deeper folder is closed, with the entries it still had to list kept in memory, and found again
-// through the `..` of its subfolder, which must then be the very directory that was left.
+// through the `..` of its subfolder, or else by name from the levels that are open; it must then be the very
+// directory that was left.
 class TreeCursor {
  public:
   // How many folders are open above the current one at the most.
@@ -36,12 +37,13 @@ class TreeCursor {
   [[nodiscard]] std::optional<DirectoryEntry> next();
   [[nodiscard]] std::optional<Error> readFailure() const;
 
-  // Goes back to the parent. When it cannot be found again (somebody has moved the current directory away),
-  // it returns why and goes up to the nearest level that is still open: look at depth().
+  // Goes back to the parent. When it cannot be found again (somebody has moved it away), it returns why and
+  // goes up to the nearest level that can: look at depth().
   [[nodiscard]] std::optional<Error> leave();
 
  private:
   struct Level {
+    std::string name;
     std::optional<DirectoryStream> stream;  // none: closed while a subfolder is visited
     UniqueFd reopened;                      // after that
     std::vector<DirectoryEntry> unvisited;  // what the stream had not returned, last entry first
@@ -52,7 +54,8 @@ class TreeCursor {
   };
 
   static std::optional<Error> suspend(Level& level);
-  static std::optional<Error> reopen(Level& level, int subfolder);
+  static std::optional<Error> reopen(Level& level, int neighbour, const char* name);
+  std::optional<Error> reopenFromAbove();
 
   std::vector<Level> levels_;
 };

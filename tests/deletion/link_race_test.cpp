@@ -1,0 +1,106 @@
+#include <fcntl.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <random>
+#include <semaphore>
+#include <thread>
+
+#include "disturbed_calls.h"
+#include "platform/item_removal.h"
+#include "platform/posix/tree_cursor.h"
+#include "support/temp_directory.h"
+
+namespace wendle {
+
+// A tree of folders inside one another, and beside it a bystander with entries of the same names. The folders
+// of the tree change places with links to the bystander that lie in the bystander: so a step through such a
+// link leads there, and so does the way up from a folder that was moved.
+class Arena {
+ public:
+  Arena() : bystander_(::open(temp_.directory("bystander").c_str(), O_RDONLY | O_CLOEXEC)) {
+    for (const std::string entry : bystanderEntries) temp_.file("bystander/" + entry);
+    std::string folder = "tree";
+    for (size_t i = 0; i < depth; ++i, folder += "/in") {
+      for (const char* entry : {"/1", "/in/2", "/2"}) temp_.file(folder + entry);
+      temp_.link("bystander/" + std::to_string(100 + i), temp_ / "bystander");
+      folders_.emplace_back(::open((temp_ / folder).c_str(), O_RDONLY | O_CLOEXEC));
+    }
+  }
+
+  std::string tree() const { return temp_ / "tree"; }
+
+  // Any folder with its link, or the one that has changed places back: 1. When it is removed already: 0.
+  int swapOne() {
+    if (isSwapped_ = !isSwapped_; isSwapped_) chosen_ = random_() % depth;
+    const std::string link = std::to_string(100 + chosen_);
+    return ::renameat2(folders_[chosen_].get(), "in", bystander_.get(), link.c_str(), RENAME_EXCHANGE) == 0;
+  }
+
+  auto lostEntries() const {
+    const auto isLost = [&](const std::string& entry) { return temp_.text("bystander/" + entry) != "kept"; };
+    return std::count_if(bystanderEntries.begin(), bystanderEntries.end(), isLost);
+  }
+
+ private:
+  static constexpr size_t depth = TreeCursor::mostOpenLevels + 8;
+  static constexpr std::array bystanderEntries{"1", "2", "in/1", "in/2"};
+
+  TempDirectory temp_;
+  UniqueFd bystander_;
+  std::vector<UniqueFd> folders_;
+  bool isSwapped_ = false;
+  size_t chosen_ = 0;
+  static inline std::minstd_rand random_;
+};
+
+// The control: looks, lists and removes by path, as it is mostly done.
+static void removeByPath(const std::string& path) {
+  std::error_code ignored;
+  const bool isFolder = is_directory(std::filesystem::symlink_status(path, ignored));
+  std::filesystem::directory_iterator entry(isFolder ? path : "", ignored);
+  for (; entry != end(entry); entry.increment(ignored)) removeByPath(entry->path());
+  ::unlinkat(AT_FDCWD, path.c_str(), isFolder ? AT_REMOVEDIR : 0);
+}
+
+static void removeByDescriptor(const std::string& path) { (void)removeItem(path); }
+
+using Deletion = void (*)(const std::string& path);
+
+// A thread swaps once for every system call of the deletion: before the call or in it. Returns how many swaps
+// there were.
+static int race(Arena& arena, Deletion deletion) {
+  std::binary_semaphore wanted(0);
+  std::binary_semaphore done(1);
+  int swaps = 0;
+  std::jthread swapper([&](const std::stop_token& over) {
+    for (wanted.acquire(); !over.stop_requested(); wanted.acquire()) {
+      swaps += arena.swapOne();
+      done.release();
+    }
+  });
+  disturbance = [&](Call, const std::string&) { return done.acquire(), wanted.release(), 0; };
+  deletion(arena.tree());
+  disturbance = nullptr;
+  done.acquire();
+  swapper.request_stop();
+  wanted.release();
+  return swapper.join(), swaps;
+}
+
+// The number of lost entries, after ten thousand swaps or when there are any.
+static auto lostIn(Deletion deletion) {
+  ptrdiff_t lost = 0;
+  for (int swaps = 0; swaps < 10'000 && lost == 0;) {
+    Arena arena;
+    const int before = std::exchange(swaps, swaps + race(arena, deletion));
+    lost = swaps > before ? arena.lostEntries() : -1;  // -1: a file system that exchanges nothing
+  }
+  return lost;
+}
+
+TEST(LinkRace, DeletionLosesNoBystander) { EXPECT_EQ(lostIn(removeByDescriptor), 0); }
+TEST(LinkRace, DeletionByPathLosesABystander) { EXPECT_GT(lostIn(removeByPath), 0); }  // so they can be lost
+
+}  // namespace wendle
