@@ -1,7 +1,9 @@
-// The journal is a folder: a file N holds the N-th run's tool and arguments, and N.end its outcome.
+// The journal is a folder: a file N holds the N-th run's tool and arguments, N.logged how far the log was,
+// and N.end the outcome.
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <cstdlib>
 #include <sstream>
 
 #include "simulated_mac/shared.h"
@@ -22,6 +24,7 @@ RunNumber beginRun(const fs::path& journal, const ToolRun& run) {
     if (fs::path(earlier).filename() == fs::path(run.tool).filename()) ++number.ofTool;
   }
   fs::remove(draft);
+  writeFile(journal / (std::to_string(number.inJournal) + ".logged"), std::to_string(run.logged));
   return number;
 }
 
@@ -35,7 +38,8 @@ std::vector<ToolRun> readJournal(const fs::path& journal) {
     const fs::path file = journal / std::to_string(runs.size());
     if (!fs::exists(file)) return runs;
     const Strings words = split(readFile(file));
-    runs.push_back({words.at(0), {words.begin() + 1, words.end()}, readFile(file.string() + ".end")});
+    const auto logged = static_cast<std::size_t>(std::atoll(readFile(file.string() + ".logged").c_str()));
+    runs.push_back({words.at(0), {words.begin() + 1, words.end()}, readFile(file.string() + ".end"), logged});
   }
 }
 

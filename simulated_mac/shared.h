@@ -18,6 +18,7 @@ inline const std::string journalFolder = "/.simulation/journal";
 inline const std::string faultsFile = "/.simulation/faults";
 inline const std::string sessionProgram = "/.simulation/session";
 inline const std::string realToolsFolder = "/.simulation/real";
+inline const std::string lockFile = "/.simulation/lock";
 
 // What the tools keep about the user, below the home folder: property lists of the form {entries = (...)};
 // and the Dock's {persistent-others = (...); ...}.

@@ -143,9 +143,8 @@ void SimulatedMac::addElection(const std::string& identifier) {
 }
 
 void SimulatedMac::addDockTile(const std::string& label, const std::string& url) {
-  static int tiles = 0;
   Plist entry = parsePlist(tile);
-  const std::string guid = "5B1E9C3A-7D42-4F08-9A6B-" + std::to_string(100'000'000'000 + ++tiles);
+  const std::string guid = "5B1E9C3A-7D42-4F08-9A6B-" + std::to_string(100'000'000'000 + ++tiles_);
   plist_dict_set_item(entry.get(), "GUID", plist_new_string(guid.c_str()));
   plist_t data = plist_dict_get_item(entry.get(), "tile-data");
   plist_dict_set_item(data, "file-label", plist_new_string(label.c_str()));

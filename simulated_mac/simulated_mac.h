@@ -2,6 +2,7 @@
 #pragma once
 
 #include <chrono>
+#include <cstdint>
 #include <filesystem>
 #include <map>
 #include <memory>
@@ -17,6 +18,7 @@ struct ToolRun {
   std::string tool;                    // the path it was started by, such as /bin/launchctl
   std::vector<std::string> arguments;  // without the tool itself
   std::string outcome;                 // "exit 0", "signal 9", or empty: still running when the session ended
+  std::size_t logged = 0;              // how many lines <home>/Library/Logs/Wendle held when it started
 };
 
 enum class FaultKind {
@@ -28,8 +30,9 @@ enum class FaultKind {
   floodsErr,      //   really says keeps its meaning
   floodsBoth,     // the same on both streams by turns
   notUtf8,        // bytes that are no UTF-8 on stdout and stderr, then the work
-  leavesGrandchild,  // a grandchild holds the tool's streams open until the session ends
+  leavesGrandchild,  // a grandchild holds the tool's streams open for `number` milliseconds, for ever if 0
   readsInput,        // reads its standard input to the end, then works
+  killsProgram,      // kills the session's program, SIGKILL, and does nothing more
 };
 
 struct Fault {
@@ -59,7 +62,7 @@ struct SessionOptions {
   std::vector<std::string> environment = {};  // "NAME=value"; the last of a name holds
   std::string workingDirectory = "/";
   bool startsProcesses = true;
-  std::chrono::milliseconds timeLimit = std::chrono::seconds(30);  // then the program is killed
+  std::chrono::milliseconds timeLimit = std::chrono::minutes(4);  // then the program is killed
 };
 
 struct SessionResult {
@@ -139,6 +142,7 @@ class SimulatedMac {
   std::string home_;
   std::vector<ProcessPlan> processes_;
   std::vector<Fault> faults_;
+  std::int64_t tiles_ = 0;
 };
 
 }  // namespace wendle::mac

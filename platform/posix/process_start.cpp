@@ -13,6 +13,7 @@ void settleProcess() {
   if (fd > STDERR_FILENO) ::close(fd);
   std::signal(SIGCHLD, SIG_DFL);
   std::signal(SIGXFSZ, SIG_IGN);
+  ::setpgid(0, 0);
 }
 
 }  // namespace wendle

@@ -1,6 +1,8 @@
 // One executable called by many names. A child does the work, so that its end is always written down.
 #include <fcntl.h>
+#include <poll.h>
 #include <sys/auxv.h>
+#include <sys/file.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -41,6 +43,30 @@ void say(int fd, std::string_view text) {
   ::_exit(128 + number);
 }
 
+pid_t parentOf(pid_t pid) {
+  const std::string status = readFile("/proc/" + std::to_string(pid) + "/status");
+  return std::stoi(status.substr(status.find("\nPPid:") + 6));
+}
+
+// The one process on the way up from us that the session's first started.
+pid_t programOfSession() {
+  pid_t pid = ::getpid();
+  for (pid_t parent = ::getppid(); parent > 1; parent = parentOf(parent)) pid = parent;
+  return pid;
+}
+
+[[noreturn]] void pauseAndExit(int milliseconds) {
+  ::poll(nullptr, 0, milliseconds);
+  ::_exit(0);
+}
+
+// The tools read, change and write whole lists: one at a time, should they ever run at the same time.
+int workAlone(int (*tool)(const Strings&), const Strings& arguments) {
+  const int lock = ::open(lockFile.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
+  while (::flock(lock, LOCK_EX) != 0 && errno == EINTR) continue;
+  return tool(arguments);
+}
+
 void apply(const Fault& fault) {
   const auto is = [&](auto... kinds) { return ((fault.kind == kinds) || ...); };
   using enum FaultKind;
@@ -49,9 +75,11 @@ void apply(const Fault& fault) {
     ::_exit(fault.number);
   }
   if (is(killed)) dieOfSignal(fault.number);
-  if (is(leavesGrandchild) && ::fork() == 0) {
-    for (;;) ::pause();
+  if (is(killsProgram)) {
+    ::kill(programOfSession(), SIGKILL);
+    pauseAndExit(-1);
   }
+  if (is(leavesGrandchild) && ::fork() == 0) pauseAndExit(fault.number == 0 ? -1 : fault.number);
   for (char byte = 0; is(readsInput) && ::read(STDIN_FILENO, &byte, 1) > 0;) continue;
   std::string text = is(notUtf8) ? "\xff\xfe\n" : "";
   if (is(floodsOut, floodsErr, floodsBoth)) text.assign(static_cast<std::size_t>(fault.number), '\n');
@@ -69,14 +97,23 @@ int work(const fs::path& path, const Strings& arguments, char** argv, const std:
     ::execv((realToolsFolder + path.string()).c_str(), argv);
     return complain(path.string() + " is not in this Mac.", 127);
   }
-  const int status = tool->second(arguments);
+  const int status = workAlone(tool->second, arguments);
   std::cout.flush();
   return status;
 }
 
+std::size_t linesLogged() {
+  std::size_t lines = 0;
+  std::error_code ignored;
+  for (const auto& log : fs::directory_iterator(inHome("/Library/Logs/Wendle"), ignored)) {
+    lines += split(readFile(log.path()), '\n').size();
+  }
+  return lines;
+}
+
 int runWritten(const fs::path& path, const Strings& arguments, char** argv) {
   const std::string name = path.filename();
-  const RunNumber number = beginRun(journalFolder, {path, arguments, ""});
+  const RunNumber number = beginRun(journalFolder, {path, arguments, "", linesLogged()});
   applyAbsence(path, faultsOf(faultsFile, name, number.ofTool + 1));
   const pid_t worker = ::fork();
   if (worker == 0) ::_exit(work(path, arguments, argv, faultsOf(faultsFile, name, number.ofTool)));

@@ -1,0 +1,46 @@
+#include <filesystem>
+
+#include "course.h"
+#include "simulated_mac/shared.h"
+
+namespace wendle::test {
+
+CleanRun cleanRun(const std::string& mode) {
+  SimulatedMac mac = SimulatedMac::scratch();
+  mac::installClient(mac);
+  CleanRun run{mode, mac.snapshot(), {}, {}, {}};
+  run.seen = observe(mac, {"--" + mode});
+  run.after = mac.snapshot();
+  run.tools = toolRuns(mac);
+  return run;
+}
+
+std::vector<mac::ToolRun> toolRuns(const SimulatedMac& mac) {
+  return mac::readJournal(mac.at(mac::journalFolder));
+}
+
+std::string nameOf(const mac::ToolRun& run) { return std::filesystem::path(run.tool).filename(); }
+
+Lines commandsOf(const std::vector<mac::ToolRun>& runs) {
+  Lines lines;
+  for (const mac::ToolRun& run : runs) {
+    std::string& line = lines.emplace_back(run.tool);
+    for (const std::string& argument : run.arguments) line += " [" + argument + "]";
+  }
+  return lines;
+}
+
+Fault faultAt(const std::vector<mac::ToolRun>& tools, std::size_t at, Fault fault) {
+  fault.tool = nameOf(tools.at(at));
+  fault.run = 0;
+  for (std::size_t i = 0; i <= at; ++i) fault.run += nameOf(tools[i]) == fault.tool ? 1 : 0;
+  return fault;
+}
+
+bool isOfShell(const mac::ToolRun& run) {
+  const std::string name = nameOf(run);
+  const bool isRead = name == "defaults" && run.arguments.at(0) == "read";
+  return isRead || name == "zsh" || name == "PlistBuddy" || name == "killall";
+}
+
+}  // namespace wendle::test
