@@ -7,6 +7,7 @@
 #include "client/client_locations.h"
 #include "logging/uninstaller_logger.h"
 #include "platform/decimal.h"
+#include "platform/folder_lock.h"
 #include "system/tasks/task_helpers.h"
 
 namespace wendle {
@@ -31,6 +32,8 @@ std::int64_t indexOfPosition(std::int64_t position) {
 
 void removeDockFolder() {
   uninstallerLogger().log(LogLevel::progress, "Remove dock folder - started");
+  // A second uninstaller that searched before and deleted after us would delete the tile that has moved up.
+  const FolderLock oneAtATime(preferencesDirectory());
   std::string location = runCommand(searchLine);
   std::erase(location, '\n');
   if (location.empty()) {

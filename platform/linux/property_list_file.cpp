@@ -2,6 +2,7 @@
 
 #include <plist/plist.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstdlib>
 #include <limits>
@@ -70,11 +71,14 @@ double realOf(plist_t node) {
   return number;
 }
 
+// libplist counts the seconds towards zero and gives the fraction without its sign. It has 32 bits for them:
+// a date beyond comes out as some date within, with any fraction.
 PropertyListDate dateOf(plist_t node) {
   int32_t seconds = 0;
   int32_t microseconds = 0;
   ::plist_get_date_val(node, &seconds, &microseconds);
-  return {seconds + microseconds / 1e6};
+  const double fraction = std::abs(microseconds % 1'000'000) / 1e6;
+  return {seconds < 0 ? seconds - fraction : seconds + fraction};
 }
 
 bool read(plist_t node, PropertyList& into) {
@@ -115,9 +119,11 @@ struct MakeNode {
   plist_t operator()(double number) const { return ::plist_new_real(number); }
   plist_t operator()(bool flag) const { return ::plist_new_bool(flag ? 1 : 0); }
   plist_t operator()(PropertyListDate date) const {
-    const double seconds = std::floor(date.seconds);
+    constexpr std::numeric_limits<int32_t> limits;
+    const double within = std::clamp<double>(date.seconds, limits.min(), limits.max());
+    const double seconds = std::floor(within);
     return ::plist_new_date(static_cast<int32_t>(seconds),
-                            static_cast<int32_t>(std::lround((date.seconds - seconds) * 1e6)));
+                            static_cast<int32_t>(std::lround((within - seconds) * 1e6)));
   }
   plist_t operator()(const PropertyListData& data) const {
     return ::plist_new_data(data.bytes.data(), data.bytes.size());

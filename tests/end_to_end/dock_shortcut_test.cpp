@@ -50,7 +50,7 @@ PropertyListArray tiles(const SimulatedMac& mac) {
 
 std::string takeText(PropertyList& tile, const std::string& key) {
   auto& dictionary = std::get<PropertyListDictionary>(tile.value);
-  const std::string text = std::get<std::string>(dictionary.at(key).value);
+  std::string text = std::get<std::string>(dictionary.at(key).value);
   dictionary.erase(key);
   return text;
 }

@@ -24,8 +24,7 @@
 
 namespace wendle::test {
 
-// A method's types: what is returned, the object, the selector, the arguments. Empty: there is no such
-// method.
+// A method's types: the result, the object, the selector, the arguments; empty for no such method.
 static std::string typesOf(NSString* owner, const char* method) {
   Class type = NSClassFromString(owner);
   const SEL selector = sel_registerName(method + 1);
