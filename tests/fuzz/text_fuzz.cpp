@@ -1,0 +1,73 @@
+#include "client/path_filters.h"
+#include "platform/decimal.h"
+#include "platform/letter_case.h"
+#include "platform/path_text.h"
+#include "platform/utf8.h"
+#include "property.h"
+
+using namespace wendle;
+
+static void checkDecimal(const std::string& text) {
+  const auto number = parseDecimal(text);
+  const bool isPlain = text.find_first_not_of("0123456789") == std::string::npos;
+  const bool isShort = !text.empty() && text.size() < 19;
+  property("short digits are a number", !isPlain || !isShort || number == std::stoll(text));
+  property("a number is digits", !number || text.find_first_not_of("0123456789", 1) == std::string::npos);
+  property("a number has one sign",
+           !parseDecimal("+-" + text) && (!isPlain || parseDecimal("+" + text) == number));
+}
+
+static void checkCharacters(const std::string& text) {
+  std::string_view rest = text;
+  std::string again;
+  while (const auto character = takeUtf8Character(rest)) {
+    property("a character is no surrogate", *character < 0xD800 || *character > 0xDFFF);
+    appendUtf8(again, *character);
+  }
+  property("characters written again are the same bytes", again + std::string(rest) == text);
+  property("UTF-8 is characters to its end", isUtf8(text) == rest.empty());
+  const std::string lower = lowercased(text);
+  property("lowercase stays as it is", lowercased(lower) == lower && isUtf8(lower) == isUtf8(text));
+  property("letter case makes no difference", containsIgnoringCase(text, lower));
+  const std::string inner = trimmed(text);
+  property("trimmed text is part of the text", text.find(inner) != std::string::npos);
+  property("trimmed text has no blanks left", trimmed(" \n" + inner + "\u2028") == inner);
+}
+
+static void checkComponents(const std::string& path) {
+  auto components = pathComponents(path);
+  std::string joined;
+  for (const std::string& name : components) joined += name + "/";
+  property("joined components are the same components", pathComponents(joined) == components);
+  const std::string extension = pathExtension(path);
+  property("an extension has no dot and no blank", extension.find_first_of("/. ") == std::string::npos);
+  property("an extension ends the name", extension.empty() || components.back().ends_with("." + extension));
+  if (!components.empty() && components.back() != "/") components.pop_back();
+  property("a parent lacks the last name", pathComponents(deletingLastPathComponent(path)) == components);
+}
+
+static std::string unescaped(std::string url) {
+  url.erase(0, std::string("file://").size());
+  for (size_t i = url.find('%'); i != std::string::npos; i = url.find('%', i + 1))
+    url.replace(i, 3, 1, static_cast<char>(std::stoi(url.substr(i + 1, 2), nullptr, 16)));
+  return url;
+}
+
+static void checkMissingItem(const std::string& path) {
+  const FileUrl item = FileUrl::fileUrlWithPath(path);
+  for (const char byte : item.absoluteString()) property("a URL is plain ASCII", byte > ' ' && byte < 0x7F);
+  property("a URL is its path, escaped", unescaped(item.absoluteString()) == path);
+  const bool isBackup = isInBackupDatabase(item);
+  property("a backup holds backups", !isBackup || isInBackupDatabase(FileUrl::fileUrlWithPath(path + "/a")));
+  property("what is missing is not kept", !isInSafetyNetFolder(item) && !isInNumberedWrpFolder(item));
+}
+
+extern "C" int LLVMFuzzerTestOneInput(const unsigned char* bytes, size_t size) {
+  std::string text(bytes, bytes + size);
+  checkDecimal(text);
+  checkCharacters(text);
+  checkComponents(text);
+  std::erase(text, '\0');  // no path of the system holds it
+  checkMissingItem("/nowhere/" + text);
+  return 0;
+}
