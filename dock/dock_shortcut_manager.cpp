@@ -64,8 +64,7 @@ void editTiles(const std::optional<FileUrl>& folder, DockShortcutManager::Change
   UserDefaults dock(dockDomain);
   PropertyListArray tiles = dockTiles();
   if (const auto found = firstTileOf(tiles, folder); found != tiles.end()) {
-    const PropertyList tile = *found;
-    std::erase(tiles, tile);  // and whatever equals it
+    std::erase_if(tiles, [tile = *found](const PropertyList& other) { return other == tile; });
   }
   if (change == DockShortcutManager::Change::add) tiles.insert(tiles.begin(), makeTile(folder));
   dock.setObject({tiles}, tilesKey);
@@ -101,7 +100,8 @@ bool DockShortcutManager::getPersistenceOfShortcutInDockFolderURL(
 }
 
 void DockShortcutManager::changePersistenceOfShortcutInDockFolderURL(const std::optional<FileUrl>& folder,
-                                                                     Change change, Completion completion) {
+                                                                     Change change,
+                                                                     const Completion& completion) {
   setIsChangingPersistenceOfShortcutInDock(true);
   asyncOnUtilityQueue([this, folder = fileURLWithFixedTrailingSlash(folder), change, completion] {
     editTiles(folder, change);

@@ -45,7 +45,7 @@ class DockShortcutManager {
   // a killall that cannot be started. Requests under way together edit the list each for itself: the later
   // write holds.
   void changePersistenceOfShortcutInDockFolderURL(const std::optional<FileUrl>& folder, Change change,
-                                                  Completion completion);
+                                                  const Completion& completion);
 
   // The URL made anew from its path, with a slash at the end when that is an existing directory.
   [[nodiscard]] static std::optional<FileUrl> fileURLWithFixedTrailingSlash(
