@@ -1,9 +1,11 @@
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/resource.h>
 
 #include <set>
 
 #include "platform/directory_walk.h"
+#include "platform/folder_lock.h"
 #include "platform/item_removal.h"
 #include "platform/posix/tree_cursor.h"
 #include "support/each.h"
@@ -100,6 +102,19 @@ TEST(DirectoryWalk, DeepPathsAreExactAndParentsComeFirst) {
     EXPECT_TRUE(std::filesystem::exists(path) && found.insert(path).second) << path;
   }
   EXPECT_EQ(found.size(), temp.contents().size());
+}
+
+TEST(FolderLock, KeepsOthersOutAndIsNotWaitedForForEver) {
+  const TempDirectory temp;
+  const UniqueFd folder(::open(temp.directory("folder").c_str(), O_RDONLY));
+  const auto isFree = [&] { return ::flock(folder.get(), LOCK_EX | LOCK_NB) == 0; };
+  {
+    const FolderLock lock(temp / "folder");
+    const FolderLock other(temp / "folder", std::chrono::milliseconds(20));
+    EXPECT_FALSE(isFree());
+  }
+  EXPECT_TRUE(isFree());
+  const FolderLock none(temp / "missing");
 }
 
 }  // namespace wendle
