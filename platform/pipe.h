@@ -17,6 +17,10 @@ class Pipe {
   // writer has closed the pipe. Bytes as they came; a read error counts as end of file.
   [[nodiscard]] std::string readDataToEndOfFile();
 
+  // One read, which waits when nothing lies in the pipe. False from end of file or an error on, which close
+  // the reading end.
+  bool takeInOnce();
+
   // Takes in what lies in the pipe now, without waiting.
   void takeInAvailable();
 
@@ -26,8 +30,6 @@ class Pipe {
   void closeWriting() { writeEnd_.reset(); }
 
  private:
-  bool takeInOnce();
-
   UniqueFd readEnd_;
   UniqueFd writeEnd_;
   std::string data_;

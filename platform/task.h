@@ -60,6 +60,7 @@ class Task {
  private:
   void closeChildEnds();
   std::vector<Pipe*> outputPipes() const;
+  bool takeInOutput() const;
   enum class Blocking { no, yes };
   bool reap(Blocking blocking);
 

@@ -15,7 +15,7 @@ struct DirectoryStream::Body {
   int failure = 0;
   size_t position = 0;
   size_t filled = 0;
-  alignas(dirent64) std::array<char, 32 * 1024> buffer{};
+  alignas(dirent64) std::array<char, 32 * 1024> buffer;  // not zeroed for every folder: the kernel fills it
 
   bool fill() {
     const auto count = retryOnInterrupt([&] { return ::getdents64(fd.get(), buffer.data(), buffer.size()); });

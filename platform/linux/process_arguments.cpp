@@ -1,15 +1,18 @@
 #include "platform/process_arguments.h"
 
 #include <filesystem>
-#include <fstream>
+
+#include "platform/linux/file_content.h"
 
 namespace wendle {
 
 const std::vector<std::string>& processArguments() {
   static const std::vector<std::string> arguments = [] {
     std::vector<std::string> read;
-    std::ifstream commandLine("/proc/self/cmdline", std::ios::binary);
-    for (std::string argument; std::getline(commandLine, argument, '\0');) read.push_back(argument);
+    const std::string commandLine = fileContent("/proc/self/cmdline");
+    for (size_t start = 0; start < commandLine.size(); start += read.back().size() + 1) {
+      read.emplace_back(&commandLine[start]);  // a zero byte ends each
+    }
     return read;
   }();
   return arguments;

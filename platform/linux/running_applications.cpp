@@ -1,14 +1,15 @@
 #include "platform/running_applications.h"
 
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <csignal>
-#include <filesystem>
-#include <fstream>
 
 #include "platform/decimal.h"
+#include "platform/directory_stream.h"
+#include "platform/linux/file_content.h"
 
 namespace wendle {
 namespace {
@@ -16,17 +17,13 @@ namespace {
 // What macOS sets for an application that it starts.
 constexpr std::string_view identifierVariable = "__CFBundleIdentifier=";
 
-bool isOfThisUser(const std::filesystem::path& processFolder) {
+// The environment of a process of this user: each entry between two zero bytes. Empty for another's.
+std::string environmentOf(int processTable, const std::string& process) {
+  const UniqueFd file(::openat(processTable, (process + "/environ").c_str(), O_RDONLY | O_CLOEXEC));
   struct stat status {};
-  return ::stat(processFolder.c_str(), &status) == 0 && status.st_uid == ::geteuid();
-}
-
-bool environmentHolds(const std::filesystem::path& processFolder, const std::string& wanted) {
-  std::ifstream environment(processFolder / "environ", std::ios::binary);
-  for (std::string entry; std::getline(environment, entry, '\0');) {
-    if (entry == wanted) return true;
-  }
-  return false;
+  if (::fstat(file.get(), &status) != 0 || status.st_uid != ::geteuid()) return {};
+  std::string environment(1, '\0');
+  return environment.append(contentOf(file));
 }
 
 }  // namespace
@@ -35,14 +32,15 @@ bool RunningApplication::terminate() const { return ::kill(processIdentifier_, S
 bool RunningApplication::forceTerminate() const { return ::kill(processIdentifier_, SIGKILL) == 0; }
 
 std::vector<RunningApplication> runningApplicationsWithBundleIdentifier(const std::string& identifier) {
-  const std::string wanted = std::string(identifierVariable) + identifier;
+  const std::string separator(1, '\0');
+  const std::string wanted = separator + std::string(identifierVariable) + identifier + separator;
   std::vector<int> found;
-  std::error_code noProcessTable;
-  for (std::filesystem::directory_iterator entry("/proc", noProcessTable), end; entry != end;
-       entry.increment(noProcessTable)) {
-    const auto process = parseDecimal(entry->path().filename().native());
-    if (!process || *process == ::getpid() || !isOfThisUser(entry->path())) continue;
-    if (environmentHolds(entry->path(), wanted)) found.push_back(static_cast<int>(*process));
+  DirectoryStream processes(UniqueFd(::open("/proc", O_RDONLY | O_DIRECTORY | O_CLOEXEC)));
+  while (const auto entry = processes.next()) {
+    const auto process = parseDecimal(entry->name);
+    if (!process || *process == ::getpid()) continue;
+    const std::string environment = environmentOf(processes.fd(), entry->name);
+    if (environment.find(wanted) != std::string::npos) found.push_back(static_cast<int>(*process));
   }
   std::sort(found.begin(), found.end());
   return {found.begin(), found.end()};

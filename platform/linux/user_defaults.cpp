@@ -5,10 +5,9 @@
 #include <unistd.h>
 
 #include <cstdio>
-#include <fstream>
-#include <sstream>
 
 #include "platform/file_presence.h"
+#include "platform/linux/file_content.h"
 #include "platform/linux/property_list_file.h"
 #include "platform/standard_directories.h"
 #include "platform/unique_fd.h"
@@ -23,10 +22,7 @@ std::string fileOfDomain(const std::string& domain) {
 // An absent domain is an empty one; none for a file that cannot be read.
 std::optional<PropertyListFile> readDomain(const std::string& path) {
   if (!fileExists(path)) return PropertyListFile{{PropertyListDictionary()}, PropertyListFormat::binary};
-  std::ifstream file(path, std::ios::binary);
-  std::ostringstream bytes;
-  bytes << file.rdbuf();
-  return parsePropertyList(bytes.str());
+  return parsePropertyList(fileContent(path));
 }
 
 // Readers see the old file or the new one, never a part of it.

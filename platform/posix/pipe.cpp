@@ -15,7 +15,11 @@ constexpr int firstOrdinaryFd = 3;
 constexpr size_t mostThatLiesInAPipe =
     1024 * 1024;  // pipe(7): more needs privileges; other systems hold less
 
-UniqueFd aboveStandardStreams(UniqueFd fd) {
+UniqueFd closedOnExecAboveStandardStreams(UniqueFd fd) {
+  if (fd.get() >= firstOrdinaryFd) {
+    ::fcntl(fd.get(), F_SETFD, FD_CLOEXEC);
+    return fd;
+  }
   UniqueFd moved(::fcntl(fd.get(), F_DUPFD_CLOEXEC, firstOrdinaryFd));
   if (!moved.isOpen()) throw std::system_error(errno, std::generic_category(), "pipe");
   return moved;
@@ -28,13 +32,12 @@ Pipe::Pipe() {
   if (::pipe(ends.data()) != 0) throw std::system_error(errno, std::generic_category(), "pipe");
   UniqueFd reading(ends[0]);
   UniqueFd writing(ends[1]);
-  readEnd_ = aboveStandardStreams(std::move(reading));
-  writeEnd_ = aboveStandardStreams(std::move(writing));
+  readEnd_ = closedOnExecAboveStandardStreams(std::move(reading));
+  writeEnd_ = closedOnExecAboveStandardStreams(std::move(writing));
 }
 
 std::string Pipe::readDataToEndOfFile() {
-  while (takeInOnce()) {
-  }
+  while (takeInOnce()) continue;
   return std::exchange(data_, {});
 }
 
@@ -42,15 +45,15 @@ void Pipe::takeInAvailable() {
   pollfd readable{readEnd_.get(), POLLIN, 0};
   const size_t enough =
       data_.size() + mostThatLiesInAPipe;  // a writer that never pauses must not hold us here
-  while (data_.size() < enough && retryOnInterrupt([&] { return ::poll(&readable, 1, 0); }) == 1) {
-    if (!takeInOnce()) return;
+  while (readEnd_.isOpen() && data_.size() < enough &&
+         retryOnInterrupt([&] { return ::poll(&readable, 1, 0); }) == 1) {
+    takeInOnce();
   }
 }
 
-// One read; end of file and errors close the reading end.
 bool Pipe::takeInOnce() {
   if (!readEnd_.isOpen()) return false;
-  std::array<char, 64 * 1024> buffer{};
+  std::array<char, 64 * 1024> buffer;  // NOLINT(*-member-init): read(2) fills what is used of it
   const ssize_t count =
       retryOnInterrupt([&] { return ::read(readEnd_.get(), buffer.data(), buffer.size()); });
   if (count <= 0) {

@@ -105,18 +105,27 @@ std::vector<Pipe*> Task::outputPipes() const {
   return pipes;
 }
 
+// Waits for output, one tick at most, and takes some in. False when every output pipe has ended.
+bool Task::takeInOutput() const {
+  std::vector<pollfd> readable;
+  std::vector<Pipe*> pipes;
+  for (Pipe* pipe : outputPipes()) {
+    if (pipe->readingFd() < 0) continue;
+    readable.push_back({pipe->readingFd(), POLLIN, 0});
+    pipes.push_back(pipe);
+  }
+  if (pipes.empty()) return false;
+  if (::poll(readable.data(), static_cast<nfds_t>(readable.size()), exitCheckInterval) > 0) {
+    for (size_t i = 0; i < pipes.size(); ++i) {
+      if (readable[i].revents != 0) pipes[i]->takeInOnce();
+    }
+  }
+  return true;
+}
+
 void Task::waitUntilExit() {
   if (Pipe* pipe = pipeOf(input_)) pipe->closeWriting();
-  for (;;) {
-    std::vector<pollfd> open;
-    for (const Pipe* pipe : outputPipes()) {
-      if (pipe->readingFd() >= 0) open.push_back({pipe->readingFd(), POLLIN, 0});
-    }
-    if (open.empty()) break;
-    ::poll(open.data(), static_cast<nfds_t>(open.size()), exitCheckInterval);
-    for (Pipe* pipe : outputPipes()) pipe->takeInAvailable();
-    if (reap(Blocking::no)) break;
-  }
+  while (takeInOutput() && !reap(Blocking::no)) continue;
   reap(Blocking::yes);
   for (Pipe* pipe : outputPipes()) {
     pipe->takeInAvailable();
