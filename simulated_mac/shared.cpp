@@ -4,8 +4,8 @@
 #include <cstdint>
 #include <cstdlib>
 #include <fstream>
-#include <iterator>
 #include <set>
+#include <sstream>
 
 namespace wendle::mac {
 namespace {
@@ -24,8 +24,7 @@ std::string dataOf(plist_t node, Write write) {
 }  // namespace
 
 std::string readFile(const fs::path& path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
+  return (std::ostringstream() << std::ifstream(path, std::ios::binary).rdbuf()).str();
 }
 
 void writeFile(const fs::path& path, std::string_view content) {
