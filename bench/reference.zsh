@@ -41,8 +41,8 @@ fi
 for component in Agent Launcher Updater Uninstaller Assistant; do
   for bundle in ${(f)"$(/usr/bin/mdfind "kMDItemCFBundleIdentifier == $prefix.Wendle$component")"}; do
     case $bundle in
-      */Volumes*|*/DerivedData/*|*.backupdb/*|*.wrp<->/*|*/Clone/*) ;;
-      *) [[ $bundle == *.wrp0* || $bundle != *.wrp* ]] && remove $bundle ;;
+      */Volumes*|*/DerivedData/*|*.backupdb/*|*/Clone/*|*.wrp(0|[1-9]|[1-9]<->)/*) ;;
+      *) remove $bundle ;;
     esac
   done
 done
