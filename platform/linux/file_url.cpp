@@ -1,9 +1,10 @@
 #include "platform/file_url.h"
 
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <array>
-#include <filesystem>
+#include <climits>
 
 namespace wendle {
 namespace {
@@ -31,8 +32,9 @@ std::string percentEscaped(std::string_view text) {
 
 std::string absolutePath(std::string_view path) {
   if (path.starts_with('/')) return std::string(path);
-  std::error_code noWorkingDirectory;
-  return std::filesystem::current_path(noWorkingDirectory).string() + "/" + std::string(path);
+  std::array<char, PATH_MAX> workingDirectory{};
+  (void)!::getcwd(workingDirectory.data(), workingDirectory.size());  // nothing when it is gone
+  return std::string(workingDirectory.data()).append("/").append(path);
 }
 
 bool isDirectoryItself(const std::string& path) {

@@ -1,8 +1,12 @@
 #include "platform/process_arguments.h"
 
-#include <filesystem>
+#include <unistd.h>
+
+#include <array>
+#include <climits>
 
 #include "platform/linux/file_content.h"
+#include "platform/path_text.h"
 
 namespace wendle {
 
@@ -19,8 +23,9 @@ const std::vector<std::string>& processArguments() {
 }
 
 std::string mainBundlePath() {
-  std::error_code unknown;
-  return std::filesystem::read_symlink("/proc/self/exe", unknown).parent_path().string();
+  std::array<char, PATH_MAX> executable{};
+  const ssize_t length = ::readlink("/proc/self/exe", executable.data(), executable.size());
+  return length < 0 ? "" : deletingLastPathComponent({executable.data(), static_cast<size_t>(length)});
 }
 
 }  // namespace wendle
