@@ -1,8 +1,12 @@
 #include "client/application_bundles.h"
 
+#include <algorithm>
+#include <climits>
+
 #include "client/bundle_identifier.h"
 #include "client/item_deletion.h"
 #include "client/path_filters.h"
+#include "platform/file_presence.h"
 #include "platform/utf8.h"
 #include "system/tasks/task_helpers.h"
 
@@ -16,14 +20,42 @@ const std::vector<BundleIdentifier>& instanceBundleIdentifiers() {
   return identifiers;
 }
 
-std::vector<std::string> absolutePathLines(std::string_view text) {
-  std::vector<std::string> lines;
-  while (!text.empty()) {
-    const std::string_view line = text.substr(0, text.find('\n'));
-    if (line.starts_with('/')) lines.emplace_back(line);
-    text.remove_prefix(line.size() == text.size() ? line.size() : line.size() + 1);
+// Takes off `text` what stands before its first line feed.
+std::string_view takeLine(std::string_view& text) {
+  const std::string_view line = text.substr(0, text.find('\n'));
+  text.remove_prefix(std::min(line.size() + 1, text.size()));
+  return line;
+}
+
+// Those of the following lines that go on with `path`, each behind its line feed: an item exists whose name
+// holds these line feeds. Empty when there is none.
+std::string continuation(std::string path, std::string_view followingLines) {
+  std::string lines;
+  while (!followingLines.empty() && path.size() < PATH_MAX) {
+    const std::string_view line = takeLine(followingLines);
+    const std::string_view component = line.substr(0, line.find('/'));
+    lines.append("\n").append(line);
+    path.append("\n").append(component);
+    if (fileExists(path)) return lines;
+    if (component.size() < line.size()) break;
   }
-  return lines;
+  return {};
+}
+
+// A line is a path, unless it and the next ones are the path of one item: to take such an item apart would be
+// to delete whatever its lines happen to name.
+std::vector<std::string> absolutePaths(std::string_view text) {
+  std::vector<std::string> paths;
+  while (!text.empty()) {
+    std::string path(takeLine(text));
+    if (!path.starts_with('/')) continue;
+    for (std::string more = continuation(path, text); !more.empty(); more = continuation(path, text)) {
+      path += more;
+      text.remove_prefix(std::min(more.size(), text.size()));
+    }
+    paths.push_back(std::move(path));
+  }
+  return paths;
 }
 
 bool isExempt(const std::string& path) {
@@ -51,7 +83,7 @@ std::vector<std::string> findSpotlightPaths(const std::string& bundleIdentifier)
   task.launch();
   task.waitUntilExit();
   const std::string text = std::get<std::shared_ptr<Pipe>>(task.standardOutput())->readDataToEndOfFile();
-  return isUtf8(text) ? absolutePathLines(text) : std::vector<std::string>();
+  return isUtf8(text) ? absolutePaths(text) : std::vector<std::string>();
 }
 
 std::vector<std::string> findAppBundles(const std::string& bundleIdentifier) {

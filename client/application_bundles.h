@@ -8,8 +8,9 @@ namespace wendle {
 // The client's component applications, wherever Spotlight's index has a copy of them.
 
 // The absolute paths of the bundles with that identifier, in the index's order. Empty when nothing is found,
-// and when the tool fails or its output is no UTF-8. A line that is no absolute path is no path of the index
-// and left out: it would name something in the working directory. Throws LaunchException when the tool cannot
+// and when the tool fails or its output is no UTF-8. The index parts its paths by line feeds, which a path
+// may hold as well: neighbouring lines are one path when the item is there. A line that is no absolute path
+// is left out: it would name something in the working directory. Throws LaunchException when the tool cannot
 // be started.
 [[nodiscard]] std::vector<std::string> findSpotlightPaths(const std::string& bundleIdentifier);
 

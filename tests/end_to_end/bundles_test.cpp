@@ -67,6 +67,7 @@ Lines both(Lines some, const Lines& others) {
 }
 
 const std::string odd = home + "/My Apps; 100%/Wendl\xc3\xa9 #1?.app";
+const std::string several = "/Users/Shared/a\nb\n" + home + "/Documents\n/c\n.app";
 const std::string outer = "/Applications/A.app";
 const std::string inner = outer + "/Contents/A.app";
 
@@ -92,6 +93,19 @@ INSTANTIATE_TEST_SUITE_P(
          {after(withExceptions, {deleted(home + "/My%20Apps%3B%20100%25/Wendl%C3%A9%20%231%3F.app/")})},
          {agentPermissions},
          {odd}},
+        {"LineFeedsInAPath",
+         "soft",
+         [](SimulatedMac& mac) {
+           copies({outer, several})(mac);
+           for (const Lines& lines :
+                {Lines{"/Users/Shared/a", "/Users/Shared/a\nb"}, {home + "/Documents/kept"}})
+             for (const std::string& path : lines) mac.addFile(path);
+         },
+         {after(withExceptions, {deleted(outer + "/"),
+                                 deleted("/Users/Shared/a%0Ab%0A" + home + "/Documents%0A/c%0A.app/")})},
+         {agentPermissions},
+         {outer, several},
+         {"/Users/Shared/a", "/Users/Shared/a\nb", home + "/Documents/kept"}},
         {"OneInsideAnotherIsGoneWithIt",
          "soft",
          copies({outer, inner}),
