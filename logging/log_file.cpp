@@ -9,9 +9,12 @@ LogFile::LogFile(LogFolder folder, LogTime start) : folder_(std::move(folder)), 
 void LogFile::write(std::string_view record) {
   std::call_once(created_, [this] {
     file_ = folder_.createFile(start_);
-    folder_.removeOldFiles();
+    folder_.removeOldFiles(start_);
   });
-  retryOnInterrupt([&] { return ::write(file_.get(), record.data(), record.size()); });
+  std::string line(isWithinLine_ ? "\n" : "");
+  line += record;
+  const ssize_t written = retryOnInterrupt([&] { return ::write(file_.get(), line.data(), line.size()); });
+  if (written > 0) isWithinLine_ = line[static_cast<size_t>(written) - 1] != '\n';
 }
 
 }  // namespace wendle

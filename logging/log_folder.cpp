@@ -51,8 +51,7 @@ UniqueFd LogFolder::open(IfMissing ifMissing) const {
 UniqueFd LogFolder::createFile(LogTime start) const {
   const UniqueFd folder = open(IfMissing::make);
   if (!folder.isOpen()) return {};
-  const std::string name =
-      system_ + "-" + fileNameTimeStamp(start) + "-" + std::to_string(::getpid()) + std::string(suffix);
+  const std::string name = ownName(start);
   // O_NONBLOCK: a FIFO in the place of the file must not hold us.
   constexpr int flags = O_WRONLY | O_APPEND | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC;
   UniqueFd file(::openat(folder.get(), name.c_str(), flags, S_IRUSR | S_IWUSR));
@@ -79,10 +78,15 @@ std::vector<std::string> LogFolder::sortedNames() const {
   return names;
 }
 
-void LogFolder::removeOldFiles() const {
-  const std::vector<std::string> names = sortedNames();
+void LogFolder::removeOldFiles(LogTime start) const {
+  std::vector<std::string> others = sortedNames();
+  std::erase(others, ownName(start));
   const UniqueFd folder = open(IfMissing::giveUp);
-  for (size_t i = filesKept; i < names.size(); ++i) ::unlinkat(folder.get(), names[i].c_str(), 0);
+  for (size_t i = filesKept - 1; i < others.size(); ++i) ::unlinkat(folder.get(), others[i].c_str(), 0);
+}
+
+std::string LogFolder::ownName(LogTime start) const {
+  return system_ + "-" + fileNameTimeStamp(start) + "-" + std::to_string(::getpid()) + std::string(suffix);
 }
 
 // <system>-<time stamp>-<process number>.log

@@ -27,12 +27,14 @@ class LogFolder {
   // left out.
   [[nodiscard]] std::vector<std::string> sortedNames() const;
 
-  // Removes all log files but the newest `filesKept`; nothing else in the folder.
-  void removeOldFiles() const;
+  // Removes all log files but `filesKept`: that of the run that began at `start`, whatever the others' names
+  // say of the clock, and the newest others. Removes nothing else in the folder.
+  void removeOldFiles(LogTime start) const;
 
  private:
   enum class IfMissing { make, giveUp };
   [[nodiscard]] UniqueFd open(IfMissing ifMissing) const;
+  [[nodiscard]] std::string ownName(LogTime start) const;
   [[nodiscard]] bool isLogFileName(std::string_view name) const;
 
   std::string libraryDirectory_;

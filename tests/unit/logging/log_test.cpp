@@ -1,5 +1,9 @@
+#include <sys/resource.h>
+
 #include "logging/log_file.h"
+#include "platform/process_start.h"
 #include "support/each.h"
+#include "support/processes.h"
 #include "support/temp_directory.h"
 
 namespace wendle {
@@ -53,6 +57,34 @@ TEST(LogFile, NewestTenAreKeptAndOtherNamesAreLeftAlone) {
   EXPECT_EQ(LogFolder(temp / "", "uninstaller").sortedNames(), kept);
   expectAll(
       "kept", [&](const std::string& other) { return temp.text(folder + "/" + other); }, others);
+}
+
+TEST(LogFile, StaysThoughTheOthersAreOfALaterTime) {
+  const TempDirectory temp;
+  for (int i = 0; i < 11; ++i)
+    temp.file(folder + "/uninstaller-20990101T000000Z-" + std::to_string(i) + ".log");
+  logTo(temp);
+  EXPECT_EQ(temp.text(ownFile), "record\n");
+  EXPECT_EQ(LogFolder(temp / "", "uninstaller").sortedNames().size(), LogFolder::filesKept);
+}
+
+TEST(LogFile, ATornRecordStaysALineOfItsOwn) {
+  const TempDirectory temp;
+  inFork([&] {
+    settleProcess();  // a file that grows too large is no signal then
+    LogFile log({temp / "", "uninstaller"}, start);
+    const auto writeUpTo = [&](rlim_t size, std::string_view record) {
+      const rlimit limit{size, RLIM_INFINITY};
+      ::setrlimit(RLIMIT_FSIZE, &limit);
+      log.write(record);
+    };
+    writeUpTo(6, "torn one\n");
+    writeUpTo(6, "lost\n");
+    writeUpTo(RLIM_INFINITY, "next\n");
+    log.write("last\n");
+    const std::string name = "uninstaller-20261121T074000Z-" + std::to_string(::getpid()) + ".log";
+    EXPECT_EQ(temp.text(folder + "/" + name), "torn o\nnext\nlast\n");
+  });
 }
 
 TEST(LogFile, IsNeverWrittenThroughALink) {
