@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -8,9 +9,8 @@ namespace wendle {
 // A running application of the current user. Source: NSRunningApplication.
 class RunningApplication {
  public:
-  explicit RunningApplication(int processIdentifier) : processIdentifier_(processIdentifier) {}
-
-  [[nodiscard]] int processIdentifier() const { return processIdentifier_; }
+  struct Handle;  // what the system knows it by: systems differ
+  explicit RunningApplication(std::shared_ptr<const Handle> handle) : handle_(std::move(handle)) {}
 
   // Asks the application to quit in the ordinary way; does not wait, and it may refuse.
   // Returns whether the request was sent; false when the application has ended already.
@@ -20,7 +20,7 @@ class RunningApplication {
   bool forceTerminate() const;
 
  private:
-  int processIdentifier_;
+  std::shared_ptr<const Handle> handle_;
 };
 
 // The applications with exactly that bundle identifier, this process excepted; empty when none runs.

@@ -1,13 +1,11 @@
+#include "platform/macos/foundation_text.h"
 #import "processes/NSRunningApplication+AFXExtensions.h"
+#include "processes/process_termination.h"
 
 @implementation NSRunningApplication (AFXExtensions)
 
 + (void)terminateRunningApplicationsWithBundleIdentifier:(NSString*)bundleIdentifier {
-  NSArray<NSRunningApplication*>* applications =
-      [NSRunningApplication runningApplicationsWithBundleIdentifier:bundleIdentifier];
-  [applications enumerateObjectsUsingBlock:^(NSRunningApplication* application, NSUInteger, BOOL*) {
-    [application terminate];
-  }];
+  wendle::terminateRunningApplicationsWithBundleIdentifier(wendle::textOf(bundleIdentifier));
 }
 
 @end

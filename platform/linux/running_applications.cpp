@@ -28,22 +28,31 @@ std::string environmentOf(int processTable, const std::string& process) {
 
 }  // namespace
 
-bool RunningApplication::terminate() const { return ::kill(processIdentifier_, SIGTERM) == 0; }
-bool RunningApplication::forceTerminate() const { return ::kill(processIdentifier_, SIGKILL) == 0; }
+struct RunningApplication::Handle {
+  pid_t process;
+};
+
+bool RunningApplication::terminate() const { return ::kill(handle_->process, SIGTERM) == 0; }
+bool RunningApplication::forceTerminate() const { return ::kill(handle_->process, SIGKILL) == 0; }
 
 std::vector<RunningApplication> runningApplicationsWithBundleIdentifier(const std::string& identifier) {
   const std::string separator(1, '\0');
   const std::string wanted = separator + std::string(identifierVariable) + identifier + separator;
-  std::vector<int> found;
-  DirectoryStream processes(UniqueFd(::open("/proc", O_RDONLY | O_DIRECTORY | O_CLOEXEC)));
-  while (const auto entry = processes.next()) {
+  std::vector<pid_t> processes;
+  DirectoryStream table(UniqueFd(::open("/proc", O_RDONLY | O_DIRECTORY | O_CLOEXEC)));
+  while (const auto entry = table.next()) {
     const auto process = parseDecimal(entry->name);
     if (!process || *process == ::getpid()) continue;
-    const std::string environment = environmentOf(processes.fd(), entry->name);
-    if (environment.find(wanted) != std::string::npos) found.push_back(static_cast<int>(*process));
+    const std::string environment = environmentOf(table.fd(), entry->name);
+    if (environment.find(wanted) != std::string::npos) processes.push_back(static_cast<pid_t>(*process));
   }
-  std::sort(found.begin(), found.end());
-  return {found.begin(), found.end()};
+  std::sort(processes.begin(), processes.end());
+  std::vector<RunningApplication> found;
+  for (const pid_t process : processes) {
+    using Handle = RunningApplication::Handle;
+    found.emplace_back(std::make_shared<const Handle>(Handle{process}));
+  }
+  return found;
 }
 
 }  // namespace wendle

@@ -7,15 +7,20 @@
 
 namespace wendle {
 
+// The registry's own object: a process number may be another application's by the time it is used.
+struct RunningApplication::Handle {
+  NSRunningApplication* application;
+};
+
 bool RunningApplication::terminate() const {
   @autoreleasepool {
-    return [[NSRunningApplication runningApplicationWithProcessIdentifier:processIdentifier_] terminate];
+    return [handle_->application terminate];
   }
 }
 
 bool RunningApplication::forceTerminate() const {
   @autoreleasepool {
-    return [[NSRunningApplication runningApplicationWithProcessIdentifier:processIdentifier_] forceTerminate];
+    return [handle_->application forceTerminate];
   }
 }
 
@@ -25,8 +30,9 @@ std::vector<RunningApplication> runningApplicationsWithBundleIdentifier(const st
     NSArray* applications =
         [NSRunningApplication runningApplicationsWithBundleIdentifier:foundationText(identifier)];
     for (NSRunningApplication* application in applications) {
-      const int process = application.processIdentifier;
-      if (process > 0 && process != ::getpid()) found.emplace_back(process);  // -1: it has ended already
+      if (application.processIdentifier == ::getpid()) continue;
+      using Handle = RunningApplication::Handle;
+      found.emplace_back(std::make_shared<const Handle>(Handle{application}));
     }
   }
   return found;

@@ -89,7 +89,7 @@ TEST(RunningApplications, AreAskedInTheRegistrysOrderAndNoOtherIs) {
   listedApplications = {{12, @"a"}, {13, @"b"}, {14, @"A"}, {10, @"a"}};
   [NSRunningApplication terminateRunningApplicationsWithBundleIdentifier:@"a"];
   EXPECT_EQ(std::exchange(requests, ""), "terminate 12, terminate 10, ");
-  listedApplications.insert(listedApplications.end(), {{-1, @"a"}, {::getpid(), @"a"}});
+  listedApplications.insert(listedApplications.end(), {{11, @"b"}, {::getpid(), @"a"}});
   for (const auto& found : runningApplicationsWithBundleIdentifier("a")) {
     EXPECT_TRUE(found.terminate() && found.forceTerminate());
   }
