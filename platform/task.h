@@ -54,6 +54,9 @@ class Task {
   // is to read.
   void waitUntilExit();
 
+  // What stands for a status that the system did not keep, as for a process that ignores SIGCHLD.
+  static constexpr int lostStatus = 255;
+
   // The exit status, or the number of the signal that killed the program. Defined after waitUntilExit only.
   [[nodiscard]] int terminationStatus() const { return terminationStatus_; }
 

@@ -100,7 +100,8 @@ void Task::closeChildEnds() {
 std::vector<Pipe*> Task::outputPipes() const {
   std::vector<Pipe*> pipes;
   for (const Stream* stream : {&output_, &error_}) {
-    if (Pipe* pipe = pipeOf(*stream)) pipes.push_back(pipe);
+    Pipe* pipe = pipeOf(*stream);
+    if (pipe != nullptr && (pipes.empty() || pipes.front() != pipe)) pipes.push_back(pipe);
   }
   return pipes;
 }
@@ -140,7 +141,11 @@ bool Task::reap(Blocking blocking) {
   const pid_t waited = retryOnInterrupt([&] { return ::waitpid(pid_, &status, options); });
   if (waited == 0) return false;
   pid_ = -1;
-  if (waited > 0) terminationStatus_ = WIFEXITED(status) ? WEXITSTATUS(status) : WTERMSIG(status);
+  if (waited < 0) {
+    terminationStatus_ = lostStatus;
+  } else {
+    terminationStatus_ = WIFEXITED(status) ? WEXITSTATUS(status) : WTERMSIG(status);
+  }
   return true;
 }
 

@@ -27,6 +27,21 @@ TEST(Task, StatusIsTheExitStatusOrTheSignalNumber) {
   }
 }
 
+TEST(Task, IsNoSuccessWhenItsStatusIsLost) {
+  inFork([] {
+    std::signal(SIGCHLD, SIG_IGN);
+    Task task = childTask({"end", "0", ""});
+    EXPECT_EQ(outputOf(task), "");
+    EXPECT_EQ(task.terminationStatus(), Task::lostStatus);
+  });
+}
+
+TEST(Task, LeavesAGrandchildThatHoldsTheOnePipeOfBothStreams) {
+  Task task = childTask({"report"});
+  task.setStandardError(task.standardOutput());
+  EXPECT_EQ(outputOf(task), "fd 0 fd 1 fd 2 own group, no input");
+}
+
 TEST(Task, SaysWhyItCannotBeLaunched) {
   const TempDirectory temp;
   for (const auto& [path, want] :
