@@ -24,7 +24,21 @@ std::string withMilliseconds(LogTime time) {
   return formatted(time, "%Y-%m-%dT%H:%M:%S") + fraction.data();
 }
 
-std::string escaped(std::string_view text) {
+std::string record(LogTime time, std::string_view kind, std::string_view logger, std::string_view text) {
+  std::string line = withMilliseconds(time);
+  line.append(" [")
+      .append(kind)
+      .append("] ")
+      .append(logger)
+      .append(": ")
+      .append(escapedText(text))
+      .append("\n");
+  return line;
+}
+
+}  // namespace
+
+std::string escapedText(std::string_view text) {
   constexpr std::string_view digits = "0123456789abcdef";
   std::string result;
   for (const char character : text) {
@@ -45,14 +59,6 @@ std::string escaped(std::string_view text) {
   }
   return result;
 }
-
-std::string record(LogTime time, std::string_view kind, std::string_view logger, std::string_view text) {
-  std::string line = withMilliseconds(time);
-  line.append(" [").append(kind).append("] ").append(logger).append(": ").append(escaped(text)).append("\n");
-  return line;
-}
-
-}  // namespace
 
 std::string logRecord(LogTime time, LogLevel level, std::string_view logger, std::string_view text) {
   return record(time, std::to_string(static_cast<int>(level)), logger, text);

@@ -10,9 +10,11 @@ namespace wendle {
 
 using LogTime = std::chrono::system_clock::time_point;
 
+// One line of printable text: a backslash and control characters are escaped (\\ \n \r \t, else \xNN).
+[[nodiscard]] std::string escapedText(std::string_view text);
+
 // 2026-11-21T07:40:12.345Z [1] uninstaller: Unload Wendle agent - started
-// One line with its line end. In `text` a backslash and control characters are escaped (\\ \n \r \t, else
-// \xNN), so that nothing a file is called can forge a record.
+// One line with its line end. `text` is escaped, so that nothing a file is called can forge a record.
 [[nodiscard]] std::string logRecord(LogTime time, LogLevel level, std::string_view logger,
                                     std::string_view text);
 

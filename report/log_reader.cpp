@@ -92,13 +92,17 @@ std::optional<LogRecord> parseLogRecord(std::string_view line) {
 
 std::optional<LogText> parseLog(std::string_view text) {
   LogText log;
-  while (!text.empty() && !log.isCutOff) {
+  for (size_t line = 1; !text.empty(); ++line) {
     const size_t end = text.find('\n');
     log.isCutOff = end == std::string_view::npos;
     if (log.isCutOff) break;
-    auto record = parseLogRecord(text.substr(0, end));
-    if (!record) return std::nullopt;
-    log.records.push_back(std::move(*record));
+    if (auto record = parseLogRecord(text.substr(0, end))) {
+      log.records.push_back(std::move(*record));
+    } else if (line == 1) {
+      return std::nullopt;
+    } else {
+      log.unreadableLines.push_back(line);
+    }
     text.remove_prefix(end + 1);
   }
   if (log.records.empty()) return std::nullopt;

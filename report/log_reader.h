@@ -23,10 +23,11 @@ struct LogRecord {
 
 struct LogText {
   std::vector<LogRecord> records;
+  std::vector<size_t> unreadableLines;  // counted from 1: damaged, or not the log's
   bool isCutOff = false;  // the last line has no line end: its writer was stopped there; it is left out
 };
 
-// The records of a whole log; none when one of its lines is no record, or it has none.
+// The records of a whole log; none when its first line is no record.
 [[nodiscard]] std::optional<LogText> parseLog(std::string_view text);
 
 }  // namespace wendle

@@ -1,9 +1,11 @@
 // wendle-uninstall-report: what the log of an uninstaller's run says became of everything.
+#include <cerrno>
 #include <fstream>
 #include <iostream>
 #include <sstream>
 
 #include "logging/logger_configurator.h"
+#include "platform/error.h"
 #include "report/run_report.h"
 
 namespace wendle {
@@ -62,9 +64,9 @@ int report(CommandLine line) {
   if (line.file.empty()) line.file = newestLog();
   if (line.file.empty()) return complain("this user has no log of the uninstaller");
   std::ifstream file(line.file, std::ios::binary);
+  if (!file.is_open()) return complain("cannot open " + line.file + ": " + posixError(errno).description);
   std::ostringstream text;
   text << file.rdbuf();
-  if (!file.is_open()) return complain("cannot read " + line.file);
   const auto log = parseLog(text.str());
   const auto read = log ? reportOf(*log) : std::nullopt;
   if (!read) return complain(line.file + " is no log of the uninstaller");

@@ -3,6 +3,7 @@
 #include <cstdio>
 #include <string_view>
 
+#include "logging/log_record.h"
 #include "platform/utf8.h"
 #include "report/run_report.h"
 
@@ -30,7 +31,7 @@ std::string secondsText(std::chrono::milliseconds duration) {
 
 std::string section(const std::string& heading, const std::vector<std::string>& lines) {
   std::string text = heading + ": " + (lines.empty() ? "nothing" : std::to_string(lines.size())) + "\n";
-  for (const std::string& line : lines) text += "  " + line + "\n";
+  for (const std::string& line : lines) text += "  " + escapedText(line) + "\n";
   return text;
 }
 
@@ -81,7 +82,8 @@ std::string asText(const RunReport& report) {
   text += section("Not there", report.notThere);
   text += section("Tools that ran to their end", report.toolsRun);
   std::vector<std::string> failures;
-  for (const FailedItem& failed : report.failed) failures.push_back(failed.item + ": " + failed.cause);
+  for (const auto& [item, cause] : report.failed)
+    failures.push_back(cause.empty() ? item : item + ": " + cause);
   text += section("Failed", failures);
   return text + asSentence(report) + "\n";
 }

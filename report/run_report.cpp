@@ -121,6 +121,9 @@ std::optional<RunReport> reportOf(const LogText& log) {
   report.duration = log.records.back().time - report.start;
   Reader reader(report);
   for (const LogRecord& record : log.records) reader.read(record);
+  for (const size_t line : log.unreadableLines) {
+    report.failed.push_back({"line " + std::to_string(line) + " of the log", "is no record"});
+  }
   report.reachedEnd = !log.isCutOff && isLastLine(report.mode, log.records.back());
   return report;
 }

@@ -25,7 +25,9 @@ struct RunReport {
   std::vector<std::string>
       toolsRun;  // ran to their end, whatever they achieved: nobody looks at their exit status
   std::vector<FailedItem> failed;  // each with its cause
-  bool reachedEnd = false;         // the run wrote its last line
+  // The run wrote its last line. With --updates that line may be followed by the search extension's
+  // application, whose line is written when it is gone: a run that ended while rm was at it looks complete.
+  bool reachedEnd = false;
 
   // Whether all went well: nothing failed, and the run reached its end. A missing item is no failure.
   [[nodiscard]] bool isGood() const { return failed.empty() && reachedEnd; }
@@ -37,7 +39,7 @@ struct RunReport {
 // The run in one sentence, without a line end.
 [[nodiscard]] std::string asSentence(const RunReport& report);
 
-// For people: the lists, with line ends.
+// For people: the lists, with line ends. What an item is called is escaped as in the log.
 [[nodiscard]] std::string asText(const RunReport& report);
 
 // One JSON object (RFC 8259), with a line end. Bytes that are no UTF-8 become U+FFFD.

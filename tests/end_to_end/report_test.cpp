@@ -80,17 +80,19 @@ INSTANTIATE_TEST_SUITE_P(
              "[error] uninstaller: Delete Folder - file:///A/x" + noSuchFile + "\n" + later +
              "[error] uninstaller: Delete File - file:///B" + noSuchFile + "\n" + later +
              "[1] uninstaller: Reset permissions for com.wendle\n" + later +
-             "[1] uninstaller: Delete Keychain Item - Wendle - at /k - success\n" + goodbye,
+             "[1] uninstaller: Delete Keychain Item - Wendle - at /k - success\n" + later +
+             "[1] uninstaller: Remove dock folder - no dock item found\n" + later +
+             "[1] uninstaller: Remove /C - finished\n" + goodbye,
          "exit 0",
          json("--hard",
-              R"("removed": ["file:///A/", "keychain item Wendle - at /k"], "notThere": ["file:///B"], )"
-              R"("toolsRun": ["Reset permissions for com.wendle"], "failed": [])",
+              R"("removed": ["file:///A/", "keychain item Wendle - at /k"], )"
+              R"("notThere": ["file:///B", "the client's tile in the Dock"], )"
+              R"("toolsRun": ["Reset permissions for com.wendle", "rm -rf /C"], "failed": [])",
               true)},
         {"Failures",
          start + "keep applications mode\n" + later +
-             "[error] uninstaller: Delete Folder - file:///A/: Error Domain=NSPOSIXErrorDomain Code=13 "
-             "\"Permission "
-             "denied\"\n" +
+             "[error] uninstaller: Delete Folder - file:///A/: Error Domain=NSPOSIXErrorDomain Code=22 "
+             "\"Invalid argument\"\n" +
              later + "[error] uninstaller: Failed to run `launchctl unload -w /a`" + noSuchFile + "\n" +
              later + "[4] uninstaller: Invalid dock item location: a\\nb \\\\ \\x1b\"\xff\n" + later +
              "[1] uninstaller: Failed to reset permissions for com.wendle" + noSuchFile + "\n" + goodbye,
@@ -98,7 +100,7 @@ INSTANTIATE_TEST_SUITE_P(
          json(
              "--soft",
              R"("removed": [], "notThere": [], "toolsRun": [], "failed": [)"
-             R"({"item": "file:///A/", "cause": "Error Domain=NSPOSIXErrorDomain Code=13 \"Permission denied\""}, )"
+             R"({"item": "file:///A/", "cause": "Error Domain=NSPOSIXErrorDomain Code=22 \"Invalid argument\""}, )"
              R"({"item": "Failed to run `launchctl unload -w /a`", "cause": )"
              R"("Error Domain=NSPOSIXErrorDomain Code=2 \"No such file or directory\""}, )"
              R"({"item": "Invalid dock item location", "cause": "a\u000ab \\ \u001b\"\ufffd"}, )"
@@ -118,8 +120,16 @@ INSTANTIATE_TEST_SUITE_P(
          json("--soft", R"("removed": [], "notThere": [], "toolsRun": [], "failed": [])", false)},
         {"Empty", "", "exit 2"},
         {"NoMode", later + "[1] uninstaller: Delete Folder - file:///A/ - success\n", "exit 2"},
-        {"AnotherProgramsLine", start + "full mode\nsegmentation fault\n", "exit 2"},
-        {"AnUnknownEscape", start + "full mode\n" + later + "[1] uninstaller: \\q\n", "exit 2"},
+        {"DamagedLines",
+         start + "full mode\nsegmentation fault\n" + later + "[1] uninstaller: \\q\n" + later +
+             "[1] uninstaller: Delete Folder - file:///WendleExtension.app/ - success\n",
+         "exit 1",
+         json("--full",
+              R"("removed": ["file:///WendleExtension.app/"], "notThere": [], "toolsRun": [], "failed": [)"
+              R"({"item": "line 2 of the log", "cause": "is no record"}, )"
+              R"({"item": "line 3 of the log", "cause": "is no record"}])",
+              false)},
+        {"AnotherProgramsText", "segmentation fault\n" + start + "full mode\n", "exit 2"},
         {"NoDate", "2026-13-41T08:00:02.150Z [1] uninstaller: Wendle Uninstaller - started in full mode\n",
          "exit 2"},
     }),
@@ -132,8 +142,10 @@ TEST(ReportTest, TakesTheNewestLogAndRefusesWrongUse) {
   mac.addFile(logs + "uninstaller-20261121T075959Z-10.log", start + "updates mode\n");
   mac.addFolder(logs + "uninstaller-20301121T075959Z-10.log");
   EXPECT_TRUE(report(mac, {}).out.starts_with("--updates"));
+  mac.addFile("/a", start + "full mode\n" + later + "[4] uninstaller: a\\n\\x1b\n");
+  EXPECT_NE(report(mac, {"/a"}).out.find("\n  a\\n\\x1b\n"), std::string::npos);
   for (const Lines& arguments :
-       {Lines{"--jsno"}, Lines{"/a", "/b"}, Lines{""}, Lines{"/nothing"}, Lines{"/Users"}}) {
+       {Lines{"--jsno"}, Lines{"/a", "/a"}, Lines{""}, Lines{"/nothing"}, Lines{"/Users"}}) {
     const Observed seen = report(mac, arguments);
     EXPECT_EQ(seen.outcome + seen.out, "exit 2") << joined(arguments);
     EXPECT_EQ(std::count(seen.err.begin(), seen.err.end(), '\n'), 1) << seen.err;
