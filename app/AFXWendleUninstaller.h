@@ -9,17 +9,21 @@ NS_ASSUME_NONNULL_BEGIN
 __attribute__((visibility("default")))
 @interface AFXWendleUninstaller : NSObject
 
-/// Removes the search extension's traces only.
+/// Deletes the search extension's application and preferences, kills it, and resets its permissions. Deletes
+/// all launch agents of the client too, after unloading them, with its Quick Look generator, and has its
+/// Finder Sync extension ignored.
 - (void)runInUpdatesMode;
 
-/// Keeps applications: the vendor's applications folder, and copies on other volumes, in build folders and in
+/// Takes the client out: deletes /Applications/Wendle.app, the copies of the helper applications that
+/// Spotlight finds, launch agents, containers, preferences, keychain items and support folders, and quits
+/// what runs. Keeps the vendor's applications folder, and copies on other volumes, in build folders and in
 /// backups.
 - (void)runInSoftMode;
 
-/// Uninstalls completely, copies on other volumes, in build folders and in backups aside.
+/// The same, and deletes the vendor's applications folder.
 - (void)runInHardMode;
 
-/// Uninstalls completely, with every copy of the applications that Spotlight finds.
+/// The same, and deletes every copy that Spotlight finds: those on other volumes and in backups as well.
 - (void)runInFullMode;
 
 /// The first instance connects the issue reporter to the log.

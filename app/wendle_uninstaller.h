@@ -9,10 +9,22 @@ class WendleUninstaller {
   // The one instance. Making it connects the issue reporter to the log.
   [[nodiscard]] static WendleUninstaller& shared();
 
-  void runInUpdatesMode();  // the search extension's traces only
-  void runInSoftMode();     // keep applications
-  void runInHardMode();     // uninstall completely
-  void runInFullMode();     // and every copy of the applications, wherever it lies
+  // Deletes the search extension's application and preferences, kills it, and resets its permissions. Deletes
+  // all launch agents of the client too, after unloading them, with its Quick Look generator, and has its
+  // Finder Sync extension ignored.
+  void runInUpdatesMode();
+
+  // Takes the client out: deletes /Applications/Wendle.app, the copies of the helper applications that
+  // Spotlight finds, launch agents, containers, preferences, keychain items and support folders, and quits
+  // what runs. Keeps the vendor's applications folder, and copies on other volumes, in build folders and in
+  // backups.
+  void runInSoftMode();
+
+  // The same, and deletes the vendor's applications folder.
+  void runInHardMode();
+
+  // The same, and deletes every copy that Spotlight finds: those on other volumes and in backups as well.
+  void runInFullMode();
 
  private:
   WendleUninstaller();

@@ -1,11 +1,8 @@
 // What the tree benchmarks need, by the name of a verb:
-//   bench_trees make FOLDER FOLDERS FILES MATCHES DEPTH   a tree: so many folders, `com.wendle.N` the first
-//   MATCHES of
-//                                                         them, FILES files spread over them, one chain of
-//                                                         DEPTH
-//   bench_trees remove PATH                               as the uninstaller deletes
-//   bench_trees walk FOLDER                               as it looks for containers; prints how many there
-//   are
+//   make FOLDER FOLDERS FILES MATCHES DEPTH   a tree: so many folders, the first MATCHES of them called
+//                                             `com.wendle.N`, FILES files spread over them, a chain of DEPTH
+//   remove PATH                               as the uninstaller deletes
+//   walk FOLDER                               as it looks for containers; prints how many there are
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>

@@ -9,7 +9,9 @@ namespace wendle {
 // Known limits, kept as the client's administrators know them: at most one tile is removed; when several
 // match, their positions run together into one number; and a position counts only the tiles that have a URL.
 //
-// Throws LaunchException when the shell cannot be started, std::runtime_error when its output is no UTF-8.
+// Blocks until the tools it runs have ended, and up to 30 seconds while another uninstaller edits the Dock.
+// Throws LaunchException when the shell cannot be started, std::runtime_error when its output is no UTF-8,
+// and std::overflow_error when the position is the least number there is.
 void removeDockFolder();
 
 }  // namespace wendle

@@ -16,7 +16,8 @@ void ignoreExtension(const std::string& identifier);
 // logged and the next identifier is taken. Source: tccutil(1).
 void resetPermissions(const std::vector<std::string>& identifiers);
 
-// Runs `defaults remove` for each preference domain; failures as above.
+// Runs `defaults remove` for each preference domain; failures as above. defaults(1) knows no such verb, so
+// this removes nothing: the log has its lines, and the next step deletes the file.
 void removeDefaults(const std::vector<std::string>& domains);
 
 }  // namespace wendle
