@@ -42,22 +42,6 @@ std::string continuation(std::string path, std::string_view followingLines) {
   return {};
 }
 
-// A line is a path, unless it and the next ones are the path of one item: to take such an item apart would be
-// to delete whatever its lines happen to name.
-std::vector<std::string> absolutePaths(std::string_view text) {
-  std::vector<std::string> paths;
-  while (!text.empty()) {
-    std::string path(takeLine(text));
-    if (!path.starts_with('/')) continue;
-    for (std::string more = continuation(path, text); !more.empty(); more = continuation(path, text)) {
-      path += more;
-      text.remove_prefix(std::min(more.size(), text.size()));
-    }
-    paths.push_back(std::move(path));
-  }
-  return paths;
-}
-
 bool isExempt(const std::string& path) {
   if (path.find("/Volumes") != std::string::npos || path.find("/DerivedData/") != std::string::npos)
     return true;
@@ -76,6 +60,20 @@ void removeInstances(Find find) {
 
 }  // namespace
 
+std::vector<std::string> pathsInAnswer(std::string_view answer) {
+  std::vector<std::string> paths;
+  while (!answer.empty()) {
+    std::string path(takeLine(answer));
+    if (!path.starts_with('/')) continue;
+    for (std::string more = continuation(path, answer); !more.empty(); more = continuation(path, answer)) {
+      path += more;
+      answer.remove_prefix(std::min(more.size(), answer.size()));
+    }
+    paths.push_back(std::move(path));
+  }
+  return paths;
+}
+
 std::vector<std::string> findSpotlightPaths(const std::string& bundleIdentifier) {
   Task task = makePipedTask();
   task.setExecutable("/usr/bin/mdfind");
@@ -83,7 +81,7 @@ std::vector<std::string> findSpotlightPaths(const std::string& bundleIdentifier)
   task.launch();
   task.waitUntilExit();
   const std::string text = std::get<std::shared_ptr<Pipe>>(task.standardOutput())->readDataToEndOfFile();
-  return isUtf8(text) ? absolutePaths(text) : std::vector<std::string>();
+  return isUtf8(text) ? pathsInAnswer(text) : std::vector<std::string>();
 }
 
 std::vector<std::string> findAppBundles(const std::string& bundleIdentifier) {

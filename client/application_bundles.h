@@ -1,17 +1,20 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace wendle {
 
 // The client's component applications, wherever Spotlight's index has a copy of them.
 
+// The absolute paths in an answer of the index, which parts them by line feeds. A path may hold line feeds as
+// well: neighbouring lines are one path when such an item is there, since to take them apart would be to name
+// other items. A line that is no absolute path is left out: it would name something in the working directory.
+[[nodiscard]] std::vector<std::string> pathsInAnswer(std::string_view answer);
+
 // The absolute paths of the bundles with that identifier, in the index's order. Empty when nothing is found,
-// and when the tool fails or its output is no UTF-8. The index parts its paths by line feeds, which a path
-// may hold as well: neighbouring lines are one path when the item is there. A line that is no absolute path
-// is left out: it would name something in the working directory. Throws LaunchException when the tool cannot
-// be started.
+// and when the tool fails or its output is no UTF-8. Throws LaunchException when the tool cannot be started.
 [[nodiscard]] std::vector<std::string> findSpotlightPaths(const std::string& bundleIdentifier);
 
 // Those that lie neither on another volume, in a build folder, in a backup, beside a safety net folder, nor

@@ -1,3 +1,4 @@
+#include "client/application_bundles.h"
 #include "client/path_filters.h"
 #include "platform/decimal.h"
 #include "platform/letter_case.h"
@@ -62,11 +63,22 @@ static void checkMissingItem(const std::string& path) {
   property("what is missing is not kept", !isInSafetyNetFolder(item) && !isInNumberedWrpFolder(item));
 }
 
+static void checkAnswer(const std::string& answer) {
+  size_t end = 0;
+  for (const std::string& path : pathsInAnswer(answer)) {
+    const size_t start = answer.find(path, end);
+    property("a path is absolute, and stands in the answer behind the one before",
+             path.starts_with('/') && start != std::string::npos);
+    end = start + path.size();
+  }
+}
+
 extern "C" int LLVMFuzzerTestOneInput(const unsigned char* bytes, size_t size) {
   std::string text(bytes, bytes + size);
   checkDecimal(text);
   checkCharacters(text);
   checkComponents(text);
+  checkAnswer(text);
   std::erase(text, '\0');  // no path of the system holds it
   checkMissingItem("/nowhere/" + text);
   return 0;
