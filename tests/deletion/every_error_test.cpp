@@ -65,27 +65,31 @@ static bool removeDespite(Plant plant, Call call, int number, int failure) {
   return number <= 0;
 }
 
-static void removeDespiteEveryError(Plant plant) {
+// `made`: the calls that are needed at least once, or the test would disturb nothing.
+static void removeDespiteEveryError(Plant plant, const std::set<Call>& made) {
   for (const int failure : {EACCES, EPERM, EBUSY, EIO, EMFILE, ENOMEM, EINTR}) {
     for (const Call call : {Call::open, Call::read, Call::status, Call::unlink}) {
       int number = 1;
       while (removeDespite(plant, call, number, failure) && !testing::Test::HasFailure()) ++number;
       ASSERT_FALSE(testing::Test::HasFailure()) << "in call " << number << ", errno " << failure;
-      ASSERT_GT(number, call == Call::open || call == Call::unlink ? 1 : 0) << "not disturbed at all";
+      ASSERT_TRUE(number > 1 || !made.contains(call)) << "not disturbed at all";
     }
   }
 }
 
-TEST(EveryError, InAFolder) { removeDespiteEveryError(plantItem); }
+TEST(EveryError, InAFolder) { removeDespiteEveryError(plantItem, {Call::open, Call::read, Call::unlink}); }
 TEST(EveryError, InAFolderOfUnknownTypes) {
   typesAreHidden = true;
-  removeDespiteEveryError(plantItem);
+  removeDespiteEveryError(plantItem, {Call::open, Call::read, Call::unlink});
   typesAreHidden = false;
 }
-TEST(EveryError, InADeepTree) { removeDespiteEveryError(plantDeepItem); }
+TEST(EveryError, InADeepTree) {
+  removeDespiteEveryError(plantDeepItem, {Call::open, Call::read, Call::status, Call::unlink});
+}
 TEST(EveryError, OfAFileOrALink) {
-  removeDespiteEveryError([](const auto& temp) { temp.file("item"); });
-  removeDespiteEveryError([](const auto& temp) { temp.link("item", temp / "bystander"); });
+  removeDespiteEveryError([](const auto& temp) { temp.file("item"); }, {Call::open, Call::unlink});
+  removeDespiteEveryError([](const auto& temp) { temp.link("item", temp / "bystander"); },
+                          {Call::open, Call::unlink});
 }
 
 TEST(ManyErrors, FirstIsReported) {

@@ -24,10 +24,12 @@ void expectSame(const mac::Snapshot& wanted, const mac::Snapshot& seen) {
 }
 
 // A session in which the program is killed while it waits for the run `at`.
-void killAt(SimulatedMac mac, std::size_t at, const CleanRun& clean) {
+Observed killAt(SimulatedMac mac, std::size_t at, const CleanRun& clean) {
   mac.setFault(faultAt(clean.tools, at, {"", 1, FaultKind::killsProgram}));
-  EXPECT_EQ(observe(mac, {"--" + clean.mode}).outcome, "signal " + std::to_string(SIGKILL));
+  Observed killed = observe(mac, {"--" + clean.mode});
+  EXPECT_EQ(killed.outcome, "signal " + std::to_string(SIGKILL));
   EXPECT_EQ(toolRuns(mac).size(), at + 1);
+  return killed;
 }
 
 TEST_P(KilledRunTest, IsMadeUpForByTheNext) {
@@ -37,8 +39,13 @@ TEST_P(KilledRunTest, IsMadeUpForByTheNext) {
     SCOPED_TRACE("killed in run " + std::to_string(at) + ": " + commandsOf(clean.tools)[at]);
     SimulatedMac mac = SimulatedMac::scratch();
     mac::installClient(mac);
-    killAt(mac, at, clean);
-    EXPECT_EQ(observe(mac, {"--" + mode}).outcome, "exit 0");
+    const Observed killed = killAt(mac, at, clean);
+    const Observed again = observe(mac, {"--" + mode});
+    EXPECT_EQ(again.outcome, "exit 0");
+    for (std::size_t i = 0; i < clean.seen.fates.size(); ++i) {
+      const mac::Fate wanted = clean.seen.fates[i];
+      EXPECT_TRUE(killed.fates[i] == wanted || again.fates[i] == wanted) << "process " << i;
+    }
     expectSame(clean.after, mac.snapshot());
   }
 }
