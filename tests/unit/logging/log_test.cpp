@@ -78,12 +78,14 @@ TEST(LogFile, ATornRecordStaysALineOfItsOwn) {
       ::setrlimit(RLIMIT_FSIZE, &limit);
       log.write(record);
     };
-    writeUpTo(6, "torn one\n");
-    writeUpTo(6, "lost\n");
+    writeUpTo(4, "one\n");
+    writeUpTo(4, "lost\n");
+    writeUpTo(7, "torn one\n");
+    writeUpTo(7, "lost\n");
     writeUpTo(RLIM_INFINITY, "next\n");
     log.write("last\n");
     const std::string name = "uninstaller-20261121T074000Z-" + std::to_string(::getpid()) + ".log";
-    EXPECT_EQ(temp.text(folder + "/" + name), "torn o\nnext\nlast\n");
+    EXPECT_EQ(temp.text(folder + "/" + name), "one\ntor\nnext\nlast\n");
   });
 }
 

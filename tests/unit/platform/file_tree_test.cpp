@@ -107,7 +107,7 @@ TEST(DirectoryWalk, DeepPathsAreExactAndParentsComeFirst) {
 TEST(FolderLock, KeepsOthersOutAndIsNotWaitedForForEver) {
   const TempDirectory temp;
   const UniqueFd folder(::open(temp.directory("folder").c_str(), O_RDONLY));
-  const auto isFree = [&] { return ::flock(folder.get(), LOCK_EX | LOCK_NB) == 0; };
+  const auto isFree = [&] { return ::flock(folder.get(), LOCK_SH | LOCK_NB) == 0; };
   {
     const FolderLock lock(temp / "folder");
     const FolderLock other(temp / "folder", std::chrono::milliseconds(20));

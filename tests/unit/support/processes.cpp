@@ -16,16 +16,18 @@ static constexpr const char* actSwitch = "--act";
 static bool put(int fd, const std::string& text) { return ::write(fd, text.data(), text.size()) >= 0; }
 
 static void report() {
+  std::string found;
   sigset_t blocked;
   ::sigprocmask(SIG_BLOCK, nullptr, &blocked);
   for (int number = 0; number < NSIG; ++number) {
     struct sigaction action {};
     const bool isIgnored = ::sigaction(number, nullptr, &action) == 0 && action.sa_handler == SIG_IGN;
-    if (isIgnored || ::sigismember(&blocked, number) == 1) put(1, "signal " + std::to_string(number) + " ");
-    if (::fcntl(number, F_GETFD) != -1) put(1, "fd " + std::to_string(number) + " ");
+    if (isIgnored || ::sigismember(&blocked, number) == 1) found += "signal " + std::to_string(number) + " ";
+    if (::fcntl(number, F_GETFD) != -1) found += "fd " + std::to_string(number) + " ";
   }
-  put(1, ::getpgrp() == ::getpid() ? "own group, " : "somebody's group, ");
-  put(1, ::read(0, &blocked, 1) == 0 ? "no input" : "input");
+  found += ::getpgrp() == ::getpid() ? "own group, " : "somebody's group, ";
+  found += ::read(0, &blocked, 1) == 0 ? "no input" : "input";
+  put(1, found);
   if (::fork() != 0) return;
   pollfd output{1, 0, 0};  // tells when the reading end is closed; after ten seconds we are waited for
   if (::poll(&output, 1, 10'000) == 0) put(1, ", waited for");
