@@ -4,7 +4,7 @@ namespace wendle::test {
 namespace {
 
 const std::string noItem = progress("Remove dock folder - no dock item found");
-const std::string dockPlist = library + "/Preferences/com.apple.dock.plist";
+const std::string dockPlist = home + "/Library/Preferences/com.apple.dock.plist";
 const std::string defaults = "/usr/bin/defaults [read] [com.apple.dock] [persistent-others] exit 0";
 const Edit removing{noItem, {progress("Remove dock folder - removing dock item")}};
 
@@ -42,8 +42,8 @@ INSTANTIATE_TEST_SUITE_P(
          "soft",
          [](SimulatedMac& mac) { mac.addPropertyList(dockPlist, "<dict></dict>"); },
          {{noItem,
-           {failure("Invalid dock item location: DEFAULTS The domain/default pair of (com.apple.dock, "
-                    "persistent-others) does not exist")}}},
+           {"[4] uninstaller: Invalid dock item location: DEFAULTS The domain/default pair of "
+            "(com.apple.dock, persistent-others) does not exist"}}},
          {{defaults, {"/usr/bin/defaults [read] [com.apple.dock] [persistent-others] exit 1"}}}},
     }),
     nameOf);
