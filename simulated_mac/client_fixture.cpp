@@ -41,28 +41,7 @@ void appendMembers(std::vector<Item>& items, const Item& item) {
   }
 }
 
-}  // namespace
-
-Mode modeOf(const std::vector<std::string>& arguments) {
-  const std::map<std::string, Mode> switches = {
-      {"--updates", updatesMode}, {"--soft", softMode}, {"--hard", hardMode}, {"--full", fullMode}};
-  for (const std::string& argument : arguments) {
-    if (switches.contains(argument)) return switches.at(argument);
-  }
-  return noMode;
-}
-
-std::string Item::snapshotPath(const std::string& home) const {
-  static const Texts lists = {{"keychain item", keychainInHome},
-                              {"privacy approval", approvalsInHome},
-                              {"plug-in election", electionsInHome},
-                              {"Dock tile", dockInHome},
-                              {"loaded job", jobsInHome}};
-  if (!lists.contains(kind)) return place.starts_with("/") ? place : kind + " " + place;
-  return home + lists.at(kind) + ": " + place + (kind == "keychain item" ? ", " + detail : "");
-}
-
-std::vector<Item> clientItems(const std::string& home) {
+std::vector<Item> readTable() {
   std::vector<Item> items;
   for (std::string line : split(table, '\n')) {
     line = replaced(replaced(line, '~', home), '@', "com.wendle.DesktopClient");
@@ -75,8 +54,34 @@ std::vector<Item> clientItems(const std::string& home) {
   return items;
 }
 
+}  // namespace
+
+Mode modeOf(const std::vector<std::string>& arguments) {
+  const std::map<std::string, Mode> switches = {
+      {"--updates", updatesMode}, {"--soft", softMode}, {"--hard", hardMode}, {"--full", fullMode}};
+  for (const std::string& argument : arguments) {
+    if (switches.contains(argument)) return switches.at(argument);
+  }
+  return noMode;
+}
+
+std::string Item::snapshotPath() const {
+  static const Texts lists = {{"keychain item", keychainFile},
+                              {"privacy approval", approvalsFile},
+                              {"plug-in election", electionsFile},
+                              {"Dock tile", dockFile},
+                              {"loaded job", jobsFile}};
+  if (!lists.contains(kind)) return place.starts_with("/") ? place : kind + " " + place;
+  return lists.at(kind) + ": " + place + (kind == "keychain item" ? ", " + detail : "");
+}
+
+const std::vector<Item>& clientItems() {
+  static const std::vector<Item> items = readTable();
+  return items;
+}
+
 void installClient(SimulatedMac& mac) {
-  for (const auto& [kind, place, detail, why, family, removedBy] : clientItems(mac.home())) {
+  for (const auto& [kind, place, detail, why, family, removedBy] : clientItems()) {
     if (kind == "bundle") mac.addBundle(place, detail);
     if (kind == "file") mac.addFile(place, "content of " + place);
     if (kind == "folder") mac.addFolder(place);

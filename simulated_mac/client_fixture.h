@@ -18,10 +18,10 @@ struct Item {
   unsigned removedBy = noMode;  // the modes that take it away, all of it (an election: that change it)
 
   // Its key in a snapshot; processes, which no snapshot holds, have one alike.
-  [[nodiscard]] std::string snapshotPath(const std::string& home) const;
+  [[nodiscard]] std::string snapshotPath() const;
 };
 
-[[nodiscard]] std::vector<Item> clientItems(const std::string& home = SimulatedMac::defaultHome);
+[[nodiscard]] const std::vector<Item>& clientItems();
 void installClient(SimulatedMac& mac);
 
 }  // namespace wendle::mac

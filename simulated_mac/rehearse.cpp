@@ -86,7 +86,7 @@ std::string commandLine(std::string line, const Strings& arguments) {
 }
 
 // What an item is to a person; the members of a family are all called by the family's name.
-std::string labelOf(const Item& item, const std::string& home) {
+std::string labelOf(const Item& item) {
   const std::string& name = item.family.empty() ? item.place : item.family;
   if (name.starts_with(home)) return std::string("~").append(name, home.size());
   if (name.starts_with("/")) return name;
@@ -94,12 +94,11 @@ std::string labelOf(const Item& item, const std::string& home) {
 }
 
 // The members of a family stand in one row with their count.
-Rows rowsOf(const std::vector<const Item*>& items, const std::string& home,
-            std::string (*leftColumn)(const Item&)) {
+Rows rowsOf(const std::vector<const Item*>& items, std::string (*leftColumn)(const Item&)) {
   Rows rows;
   std::map<Rows::value_type, int> counts;
   for (const Item* item : items) {
-    const auto row = std::pair(leftColumn(*item), labelOf(*item, home));
+    const auto row = std::pair(leftColumn(*item), labelOf(*item));
     if (++counts[row] == 1) rows.push_back(row);
   }
   for (auto& row : rows) {
@@ -137,11 +136,9 @@ int conclude(const Verdict& verdict, const SessionResult& result, Mode mode) {
 
 int rehearse(SimulatedMac& mac, const Command& command) {
   installClient(mac);
-  const std::vector<Item> items = clientItems(mac.home());
-  const Mode mode = modeOf(command.arguments);
   const Snapshot before = mac.snapshot();
   const SessionResult result = mac.run(command.uninstaller, command.arguments);
-  const Verdict verdict = judge(items, mode, mac.home(), before, mac.snapshot(), result.fates);
+  const Verdict verdict = judge(mac, command.arguments, before, result.fates);
   Rows tools;
   for (const ToolRun& run : result.journal) {
     tools.emplace_back(run.outcome, commandLine(run.tool, run.arguments));
@@ -150,12 +147,12 @@ int rehearse(SimulatedMac& mac, const Command& command) {
             << '\n';
   printRows("Tools", tools);
   printLines("Log", result.log);
-  printRows("Done", rowsOf(verdict.taken, mac.home(), verbFor));
-  printRows("Kept", rowsOf(verdict.kept, mac.home(), [](const Item& item) { return item.why; }));
+  printRows("Done", rowsOf(verdict.taken, verbFor));
+  printRows("Kept", rowsOf(verdict.kept, [](const Item& item) { return item.why; }));
   printLines("Left behind", verdict.leftBehind);
   printLines("Touched without being on the list", verdict.outside);
   printLines("The log's verdict", {verdictOfLog(result.log)});
-  return conclude(verdict, result, mode);
+  return conclude(verdict, result, modeOf(command.arguments));
 }
 
 int rehearseOrExplain(const Strings& words) try {

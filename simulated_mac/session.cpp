@@ -27,7 +27,7 @@ int runSandbox(const Strings& arguments, const fs::path& folder) {
 }
 
 // The command line that turns a shell of the session into the program, as the options want it.
-Strings programCommand(const SessionOptions& options, const std::string& home) {
+Strings programCommand(const SessionOptions& options) {
   std::string script = "ulimit -c 0; cd \"$0\" && exec </dev/null >/.simulation/out 2>/.simulation/err";
   if (options.descriptorLimit) script += " && ulimit -n " + std::to_string(*options.descriptorLimit);
   for (const int fd : options.closedDescriptors) script += " && exec " + std::to_string(fd) + ">&-";
@@ -55,12 +55,12 @@ SessionResult SimulatedMac::run(const fs::path& program, const Strings& argument
       split("--unshare-all --unshare-user --die-with-parent --as-pid-1 --uid 501 --gid 20", ' ');
   append(command, {"--cap-drop", "ALL", "--bind", root(), "/", "--ro-bind", "/", "/host"});
   append(command, split("--proc /proc --dev /dev --tmpfs /tmp --chdir /", ' '));
-  append(command, {sessionProgram, std::to_string(options.timeLimit.count())});
+  command.push_back(sessionProgram);
   for (const auto& [name, identifier, job, stubborn] : processes_) {
     if (!options.startsProcesses) break;
     append(command, {"process", name, identifier, job, stubborn ? "stubborn" : ""});
   }
-  append(command, programCommand(options, home_));
+  append(command, programCommand(options));
   command.push_back("/host" + fs::canonical(program).string());
   append(command, arguments);
 
@@ -78,7 +78,7 @@ SessionResult SimulatedMac::run(const fs::path& program, const Strings& argument
   result.journal = readJournal(at(journalFolder));
   std::string log;
   for (const auto& [path, entry] : snapshot()) {
-    const bool isLog = path.starts_with(home_ + "/Library/Logs/Wendle/");
+    const bool isLog = path.starts_with(home + "/Library/Logs/Wendle/");
     if (isLog && entry.type == fs::file_type::regular) log += entry.content;
   }
   result.log = split(log, '\n');

@@ -20,13 +20,14 @@ inline const std::string sessionProgram = "/.simulation/session";
 inline const std::string realToolsFolder = "/.simulation/real";
 inline const std::string lockFile = "/.simulation/lock";
 
-// What the tools keep about the user, below the home folder: property lists of the form {entries = (...)};
-// and the Dock's {persistent-others = (...); ...}.
-inline const std::string keychainInHome = "/Library/Keychains/login.keychain";
-inline const std::string approvalsInHome = "/Library/Application Support/com.apple.TCC/TCC.plist";
-inline const std::string electionsInHome = "/Library/Application Support/com.apple.pluginkit/Elections.plist";
-inline const std::string jobsInHome = "/Library/Application Support/com.apple.launchd/Jobs.plist";
-inline const std::string dockInHome = "/Library/Preferences/com.apple.dock.plist";
+// What the tools keep about the user: property lists of the form {entries = (...)}; and the Dock's
+// {persistent-others = (...); ...}.
+inline const std::string keychainFile = home + "/Library/Keychains/login.keychain";
+inline const std::string approvalsFile = home + "/Library/Application Support/com.apple.TCC/TCC.plist";
+inline const std::string electionsFile =
+    home + "/Library/Application Support/com.apple.pluginkit/Elections.plist";
+inline const std::string jobsFile = home + "/Library/Application Support/com.apple.launchd/Jobs.plist";
+inline const std::string dockFile = home + "/Library/Preferences/com.apple.dock.plist";
 
 // Reading gives an empty text when it fails; writing throws fs::filesystem_error.
 [[nodiscard]] std::string readFile(const fs::path& path);

@@ -47,22 +47,21 @@ void removeTree(const fs::path* folder) {
 
 }  // namespace
 
-SimulatedMac SimulatedMac::scratch(const std::string& home) {
+SimulatedMac SimulatedMac::scratch() {
   std::string folder = fs::canonical(fs::temp_directory_path()) / "simulated-mac-XXXXXX";
   if (::mkdtemp(folder.data()) == nullptr) throw std::runtime_error("There can be no " + folder + ".");
-  return {std::shared_ptr<const fs::path>(new fs::path(folder), removeTree), home};
+  return SimulatedMac(std::shared_ptr<const fs::path>(new fs::path(folder), removeTree));
 }
 
-SimulatedMac SimulatedMac::in(const fs::path& folder, const std::string& home) {
+SimulatedMac SimulatedMac::in(const fs::path& folder) {
   std::error_code ignored;
   fs::create_directory(folder, ignored);
   if (!fs::is_directory(folder)) throw std::runtime_error("There can be no folder " + folder.string() + ".");
   if (!fs::is_empty(folder)) throw std::runtime_error(folder.string() + " is not empty.");
-  return {std::make_shared<const fs::path>(fs::canonical(folder)), home};
+  return SimulatedMac(std::make_shared<const fs::path>(fs::canonical(folder)));
 }
 
-SimulatedMac::SimulatedMac(std::shared_ptr<const fs::path> root, const std::string& home)
-    : root_(std::move(root)), home_(home) {
+SimulatedMac::SimulatedMac(std::shared_ptr<const fs::path> root) : root_(std::move(root)) {
   for (const char* folder :
        {"/.simulation", "/host", "/proc", "/dev", "/tmp", "/Applications", "/Users/Shared"}) {
     addFolder(folder);
@@ -72,9 +71,9 @@ SimulatedMac::SimulatedMac(std::shared_ptr<const fs::path> root, const std::stri
   addLink("/lib", "host/lib");
   addLink("/lib64", "host/lib64");
   addLink("/usr/lib", "../host/usr/lib");
-  addPropertyList(home + dockInHome, "<dict><key>autohide</key><false/></dict>", true);
-  for (const std::string& list : {keychainInHome, approvalsInHome, electionsInHome, jobsInHome}) {
-    addPropertyList(home + list, "<dict><key>entries</key><array/></dict>");
+  addPropertyList(dockFile, "<dict><key>autohide</key><false/></dict>", true);
+  for (const std::string& list : {keychainFile, approvalsFile, electionsFile, jobsFile}) {
+    addPropertyList(list, "<dict><key>entries</key><array/></dict>");
   }
   installTools();
 }
@@ -124,22 +123,22 @@ void SimulatedMac::addBundle(const std::string& path, const std::string& identif
   addFile(path + "/Contents/Info.plist", xmlOf(plistOf({{"CFBundleIdentifier", identifier}}).get()));
 }
 
-void SimulatedMac::addLaunchAgent(const std::string& label, bool loaded) {
-  const std::string path = home_ + "/Library/LaunchAgents/" + label + ".plist";
+void SimulatedMac::addLaunchAgent(const std::string& label) {
+  const std::string path = home + "/Library/LaunchAgents/" + label + ".plist";
   addFile(path, xmlOf(plistOf({{"Label", label}}).get()));
-  if (loaded) addEntry(at(home_ + jobsInHome), plistOf({{"identifier", label}, {"path", path}}));
+  addEntry(at(jobsFile), plistOf({{"identifier", label}, {"path", path}}));
 }
 
 void SimulatedMac::addKeychainItem(const std::string& label, const std::string& account) {
-  addEntry(at(home_ + keychainInHome), plistOf({{"label", label}, {"account", account}, {"service", label}}));
+  addEntry(at(keychainFile), plistOf({{"label", label}, {"account", account}, {"service", label}}));
 }
 
 void SimulatedMac::addApproval(const std::string& identifier) {
-  addEntry(at(home_ + approvalsInHome), plistOf({{"client", identifier}, {"service", "Accessibility"}}));
+  addEntry(at(approvalsFile), plistOf({{"client", identifier}, {"service", "Accessibility"}}));
 }
 
 void SimulatedMac::addElection(const std::string& identifier) {
-  addEntry(at(home_ + electionsInHome), plistOf({{"identifier", identifier}, {"election", "use"}}));
+  addEntry(at(electionsFile), plistOf({{"identifier", identifier}, {"election", "use"}}));
 }
 
 void SimulatedMac::addDockTile(const std::string& label, const std::string& url) {
@@ -150,7 +149,7 @@ void SimulatedMac::addDockTile(const std::string& label, const std::string& url)
   plist_dict_set_item(data, "file-label", plist_new_string(label.c_str()));
   plist_t file = plist_dict_get_item(data, "file-data");
   if (!url.empty()) plist_dict_set_item(file, "_CFURLString", plist_new_string(url.c_str()));
-  addEntry(at(home_ + dockInHome), std::move(entry), "persistent-others");
+  addEntry(at(dockFile), std::move(entry), "persistent-others");
 }
 
 // The simulated tools lie beside our own executable.

@@ -1,7 +1,6 @@
 // A disposable Mac: a folder that becomes the root folder of a session in which the uninstaller is run.
 #pragma once
 
-#include <chrono>
 #include <cstdint>
 #include <filesystem>
 #include <map>
@@ -13,6 +12,8 @@
 #include <vector>
 
 namespace wendle::mac {
+
+inline const std::string home = "/Users/pat";
 
 struct ToolRun {
   std::string tool;                    // the path it was started by, such as /bin/launchctl
@@ -62,7 +63,6 @@ struct SessionOptions {
   std::vector<std::string> environment = {};  // "NAME=value"; the last of a name holds
   std::string workingDirectory = "/";
   bool startsProcesses = true;
-  std::chrono::milliseconds timeLimit = std::chrono::minutes(4);  // then the program is killed
 };
 
 struct SessionResult {
@@ -96,16 +96,12 @@ struct Difference {
 // std::filesystem::filesystem_error with a sentence for the user.
 class SimulatedMac {
  public:
-  static constexpr const char* defaultHome = "/Users/pat";
-
   // A Mac in a temporary folder, removed with the object; no link is followed then.
-  [[nodiscard]] static SimulatedMac scratch(const std::string& home = defaultHome);
+  [[nodiscard]] static SimulatedMac scratch();
   // A Mac that stays. `folder` must be empty or missing, and its parent must exist.
-  [[nodiscard]] static SimulatedMac in(const std::filesystem::path& folder,
-                                       const std::string& home = defaultHome);
+  [[nodiscard]] static SimulatedMac in(const std::filesystem::path& folder);
 
   [[nodiscard]] const std::filesystem::path& root() const { return *root_; }
-  [[nodiscard]] const std::string& home() const { return home_; }
   // The host's path of something in the Mac.
   [[nodiscard]] std::filesystem::path at(std::string_view path) const;
   // A link counts as itself, wherever it leads.
@@ -119,8 +115,8 @@ class SimulatedMac {
   // `body` is what stands between <plist> and </plist>.
   void addPropertyList(std::string_view path, const std::string& body, bool binary = false);
   void addBundle(const std::string& path, const std::string& identifier);
-  // The file <home>/Library/LaunchAgents/LABEL.plist; launchd knows the job unless `loaded` is false.
-  void addLaunchAgent(const std::string& label, bool loaded = true);
+  // The file <home>/Library/LaunchAgents/LABEL.plist, and the job, which launchd knows.
+  void addLaunchAgent(const std::string& label);
   void addKeychainItem(const std::string& label, const std::string& account = "pat");
   void addApproval(const std::string& identifier);  // of a privacy permission
   void addElection(const std::string& identifier);  // of a plug-in
@@ -135,11 +131,10 @@ class SimulatedMac {
                     const SessionOptions& options = {});
 
  private:
-  SimulatedMac(std::shared_ptr<const std::filesystem::path> root, const std::string& home);
+  explicit SimulatedMac(std::shared_ptr<const std::filesystem::path> root);
   void installTools();
 
   std::shared_ptr<const std::filesystem::path> root_;
-  std::string home_;
   std::vector<ProcessPlan> processes_;
   std::vector<Fault> faults_;
   std::int64_t tiles_ = 0;

@@ -38,8 +38,7 @@ void addRecords(Snapshot& snapshot, const std::string& file, plist_t root) {
 
 Snapshot SimulatedMac::snapshot() const {
   Snapshot snapshot;
-  const std::set<std::string> shared = {home_ + keychainInHome, home_ + approvalsInHome,
-                                        home_ + electionsInHome, home_ + jobsInHome, home_ + dockInHome};
+  const std::set<std::string> shared = {keychainFile, approvalsFile, electionsFile, jobsFile, dockFile};
   walk(root(), [&](const fs::directory_entry& item, const std::string& path) {
     const fs::file_status status = item.symlink_status();
     SnapshotEntry& entry = snapshot[path];

@@ -16,30 +16,31 @@ const Item* ownerOf(const ItemsByPath& items, std::string path) {
 }
 
 // The tool's own log, and the folders it makes for it.
-bool isLog(const std::string& path, const std::string& home) {
+bool isLog(const std::string& path) {
   const std::string folder = home + "/Library/Logs/Wendle/";
   return path.starts_with(folder) || folder.starts_with(path + "/");
 }
 
-void addProcesses(const std::vector<Item>& items, const std::vector<Fate>& fates, Snapshot& before,
-                  Snapshot& after) {
+void addProcesses(const std::vector<Fate>& fates, Snapshot& before, Snapshot& after) {
   auto fate = fates.begin();
-  for (const Item& item : items) {
+  for (const Item& item : clientItems()) {
     if ((item.kind != "process" && item.kind != "job process") || fate == fates.end()) continue;
-    before[item.snapshotPath("")] = {};
-    if (*fate == Fate::leftAlone) after[item.snapshotPath("")] = {};
-    if (*fate == Fate::refused) after[item.snapshotPath("")].content = "refused to quit";
+    before[item.snapshotPath()] = {};
+    if (*fate == Fate::leftAlone) after[item.snapshotPath()] = {};
+    if (*fate == Fate::refused) after[item.snapshotPath()].content = "refused to quit";
     ++fate;
   }
 }
 
 }  // namespace
 
-Verdict judge(const std::vector<Item>& items, Mode mode, const std::string& home, Snapshot before,
-              Snapshot after, const std::vector<Fate>& fates) {
-  addProcesses(items, fates, before, after);
+Verdict judge(const SimulatedMac& mac, const std::vector<std::string>& arguments, Snapshot before,
+              const std::vector<Fate>& fates) {
+  const Mode mode = modeOf(arguments);
+  Snapshot after = mac.snapshot();
+  addProcesses(fates, before, after);
   ItemsByPath byPath;
-  for (const Item& item : items) byPath[item.snapshotPath(home)] = &item;
+  for (const Item& item : clientItems()) byPath[item.snapshotPath()] = &item;
   const auto [removed, added, changed] = difference(before, after);
   Verdict verdict;
   const auto isDone = [&](const std::string& path, const Item& item) {
@@ -50,7 +51,7 @@ Verdict judge(const std::vector<Item>& items, Mode mode, const std::string& home
     if (!isListed(ownerOf(byPath, path))) verdict.outside.push_back("removed: " + path);
   }
   for (const std::string& path : added) {
-    if (!isLog(path, home)) verdict.outside.push_back("added: " + path);
+    if (!isLog(path)) verdict.outside.push_back("added: " + path);
   }
   for (const std::string& path : changed) {
     const Item* owner = ownerOf(byPath, path);
@@ -59,8 +60,8 @@ Verdict judge(const std::vector<Item>& items, Mode mode, const std::string& home
   for (const auto& [path, item] : byPath) {
     if (isListed(item) && !isDone(path, *item)) verdict.leftBehind.push_back(path);
   }
-  for (const Item& item : items) {
-    const std::string path = item.snapshotPath(home);
+  for (const Item& item : clientItems()) {
+    const std::string path = item.snapshotPath();
     const Item* above = ownerOf(byPath, path.substr(0, path.rfind('/')));
     const bool isToldAbove = above != nullptr && above != &item && isListed(above) == isListed(&item);
     if (!before.contains(path) || isToldAbove || isListed(&item) != isDone(path, item)) continue;

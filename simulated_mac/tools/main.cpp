@@ -105,7 +105,7 @@ int work(const fs::path& path, const Strings& arguments, char** argv, const std:
 std::size_t linesLogged() {
   std::size_t lines = 0;
   std::error_code ignored;
-  for (const auto& log : fs::directory_iterator(inHome("/Library/Logs/Wendle"), ignored)) {
+  for (const auto& log : fs::directory_iterator(home + "/Library/Logs/Wendle", ignored)) {
     lines += split(readFile(log.path()), '\n').size();
   }
   return lines;

@@ -78,7 +78,7 @@ int defaults(const Strings& arguments) {
   const char* usage =
       "Command line interface to a user's defaults.\nSyntax:\n\n'defaults' read <domain> <key>";
   if (!fits(arguments, "read * *")) return complain(usage, 255);
-  const Plist list = parsePlist(readFile(inHome("/Library/Preferences/" + arguments[1] + ".plist")));
+  const Plist list = parsePlist(readFile(home + "/Library/Preferences/" + arguments[1] + ".plist"));
   plist_t node = list ? plist_dict_get_item(list.get(), arguments[2].c_str()) : nullptr;
   if (node == nullptr) {
     const std::time_t now = std::time(nullptr);

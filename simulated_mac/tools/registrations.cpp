@@ -54,18 +54,12 @@ std::set<std::string> findBundles(const std::string& identifier) {
 
 int openProcess(int pid) { return static_cast<int>(::syscall(SYS_pidfd_open, pid, 0)); }
 
-fs::path inHome(const std::string& path) {
-  const char* home = std::getenv("HOME");
-  return (home == nullptr ? "" : home) + path;
-}
-
 int launchctl(const Strings& arguments) {
   const bool unloads = fits(arguments, "unload -w *");
   if (!unloads && !fits(arguments, "remove *")) return complain("Usage: launchctl ...", 64);
   const char* key = unloads ? "path" : "identifier";
   std::optional<Texts> job;
-  if (!unloads || fs::exists(arguments[2]))
-    job = findEntry(inHome(jobsInHome), key, arguments.back(), Find::andTake);
+  if (!unloads || fs::exists(arguments[2])) job = findEntry(jobsFile, key, arguments.back(), Find::andTake);
   if (job) endJob(*job);
   if (unloads && !job) return complain("Unload failed: 5: Input/output error", 0);
   return job ? 0 : 3;
@@ -73,9 +67,9 @@ int launchctl(const Strings& arguments) {
 
 int pluginkit(const Strings& arguments) {
   if (!fits(arguments, "-e * -i *")) return complain("Usage: pluginkit ...", 64);
-  if (auto election = findEntry(inHome(electionsInHome), "identifier", arguments[3], Find::andTake)) {
+  if (auto election = findEntry(electionsFile, "identifier", arguments[3], Find::andTake)) {
     (*election)["election"] = arguments[1];
-    addEntry(inHome(electionsInHome), plistOf(*election));
+    addEntry(electionsFile, plistOf(*election));
   }
   return 0;
 }
@@ -88,7 +82,7 @@ int tccutil(const Strings& arguments) {
               << "\": The operation couldn\u2019t be completed. (OSStatus error -10814.)\n";
     return 64;
   }
-  while (findEntry(inHome(approvalsInHome), "client", identifier, Find::andTake)) continue;
+  while (findEntry(approvalsFile, "client", identifier, Find::andTake)) continue;
   std::cout << "Successfully reset All approval status for " << identifier << '\n';
   return 0;
 }

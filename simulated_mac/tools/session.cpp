@@ -13,6 +13,8 @@
 namespace wendle::mac {
 namespace {
 
+constexpr int timeLimitMs = 4 * 60 * 1000;
+
 [[noreturn]] void execute(const char* program, Strings arguments) {
   std::vector<char*> argv;
   for (std::string& argument : arguments) argv.push_back(argument.data());
@@ -56,7 +58,7 @@ Fate endApplication(pid_t pid) {
   return WTERMSIG(end) == SIGTERM ? Fate::quit : Fate::killed;
 }
 
-std::string runProgram(const Strings& command, int timeLimitMs) {
+std::string runProgram(const Strings& command) {
   const pid_t pid = ::fork();
   if (pid == 0) execute(command.at(0).c_str(), command);
   pollfd ended = {openProcess(pid), POLLIN, 0};
@@ -74,9 +76,9 @@ int sessionMain(const Strings& arguments) {
   if (::getpid() != 1) return complain("A session is the first process of a simulated Mac.", 127);
   ::close_range(3, ~0U, 0);
   std::vector<pid_t> applications;
-  auto word = arguments.begin() + 1;
+  auto word = arguments.begin();
   for (; *word == "process"; word += 5) applications.push_back(startApplication(&*word));
-  Strings result = {runProgram({word, arguments.end()}, std::stoi(arguments[0]))};
+  Strings result = {runProgram({word, arguments.end()})};
   for (const pid_t pid : applications)
     result.push_back(std::to_string(static_cast<int>(endApplication(pid))));
   std::cout << joined(result) << std::flush;

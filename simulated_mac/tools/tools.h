@@ -22,8 +22,6 @@ int sessionMain(const Strings& arguments);
 bool fits(const Strings& arguments, std::string_view pattern);
 // Says `text` and a line feed on stderr; returns `status`.
 int complain(std::string_view text, int status);
-// A file below the user's home folder.
-fs::path inHome(const std::string& path);
 // A descriptor that becomes readable when the process has ended; negative when it is gone. (The C library's
 // own wrapper cannot be linked from C++ everywhere.)
 int openProcess(int pid);

@@ -10,6 +10,7 @@
 
 namespace wendle::test {
 
+using mac::home;
 using mac::SimulatedMac;
 
 // `lines` with each line that equals the first of a pair replaced by the lines of the second.
@@ -33,8 +34,6 @@ struct Difference {
 class DifferenceTest : public testing::TestWithParam<Difference> {};
 
 inline std::string nameOf(const testing::TestParamInfo<Difference>& info) { return info.param.name; }
-
-inline const std::string home = "/Users/pat";
 
 inline std::string progress(const std::string& text) { return "[1] uninstaller: " + text; }
 

@@ -4,7 +4,6 @@
 
 #include "observed.h"
 #include "simulated_mac/client_fixture.h"
-#include "simulated_mac/verdict.h"
 
 namespace wendle::test {
 namespace {
@@ -23,12 +22,7 @@ TEST_P(ModeTest, RemovesExactlyItsListFromAnInstalledClient) {
   EXPECT_EQ(joined(seen.journal), joined(expectedLines(mode + ".txt", "tools")));
   EXPECT_EQ(seen.out, joined(expectedLines(mode + ".txt", "printed")));
   EXPECT_EQ(seen.err, "");
-
-  const auto items = mac::clientItems();
-  const mac::Verdict verdict =
-      judge(items, mac::modeOf({"--" + mode}), mac.home(), before, mac.snapshot(), seen.fates);
-  EXPECT_EQ(joined(verdict.outside), "");
-  EXPECT_EQ(joined(verdict.leftBehind), "");
+  expectItsListOnly(mac, {"--" + mode}, before, seen);
 }
 
 TEST_P(ModeTest, RunsAllItsStepsWithoutAClient) {
@@ -91,8 +85,8 @@ TEST(CommandLineTest, LeavesNoTraceWhenItNamesNone) {
     mac::installClient(mac);
     const mac::Snapshot before = mac.snapshot();
     const Observed seen = observe(mac, arguments);
-    const mac::Difference difference = mac::difference(before, mac.snapshot());
-    EXPECT_EQ(joined(difference.added) + joined(difference.removed) + joined(difference.changed), "");
+    expectItsListOnly(mac, arguments, before, seen);
+    EXPECT_FALSE(mac.exists("/Users/pat/Library/Logs/Wendle"));
     EXPECT_EQ(seen.outcome + joined(seen.journal) + seen.out + seen.err, "exit 0");
   }
 }

@@ -6,6 +6,8 @@
 #include <fstream>
 #include <regex>
 
+#include "simulated_mac/verdict.h"
+
 namespace wendle::test {
 namespace {
 
@@ -49,6 +51,13 @@ Observed observe(mac::SimulatedMac& mac, const std::vector<std::string>& argumen
   sortWalk(observed.log);
   for (const mac::ToolRun& run : result.journal) observed.journal.push_back(journalLine(run));
   return observed;
+}
+
+void expectItsListOnly(const mac::SimulatedMac& mac, const std::vector<std::string>& arguments,
+                       const mac::Snapshot& before, const Observed& seen) {
+  const mac::Verdict verdict = mac::judge(mac, arguments, before, seen.fates);
+  EXPECT_EQ(joined(verdict.outside), "");
+  EXPECT_EQ(joined(verdict.leftBehind), "");
 }
 
 Lines expectedLines(const std::string& file, const std::string& section) {

@@ -23,6 +23,10 @@ struct Observed {
                                const mac::SessionOptions& options = {},
                                const std::string& program = UNINSTALLER);
 
+// Nothing but what is on the mode's list was touched, and all that is on it was done.
+void expectItsListOnly(const mac::SimulatedMac& mac, const std::vector<std::string>& arguments,
+                       const mac::Snapshot& before, const Observed& seen);
+
 // The lines of a file in `expected/` between "== SECTION" and the next such line.
 [[nodiscard]] Lines expectedLines(const std::string& file, const std::string& section);
 

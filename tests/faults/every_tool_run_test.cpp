@@ -69,9 +69,7 @@ class EveryToolRunTest : public testing::TestWithParam<std::tuple<std::string, M
     EXPECT_EQ(firstDifference(course.commands, commandsOf(toolRuns(mac))), "");
     EXPECT_EQ(seen.outcome, course.outcome);
     expectSilence(seen, fault);
-    const auto items = mac::clientItems();
-    const mac::Verdict verdict = judge(items, mac::modeOf({"--" + clean_.mode}), mac.home(), clean_.before,
-                                       mac.snapshot(), seen.fates);
+    const mac::Verdict verdict = judge(mac, {"--" + clean_.mode}, clean_.before, seen.fates);
     EXPECT_EQ(joined(verdict.outside), "");
     for (const std::string& path : verdict.leftBehind) {
       EXPECT_TRUE(!misbehaviour.isHarmless() && (course.outcome != "exit 0" || isWorkOf(fault.tool, path)))

@@ -41,10 +41,7 @@ class LauncherTest : public testing::TestWithParam<std::string> {
     mac::installClient(mac);
     command.insert(command.end(), {"/host" UNINSTALLER, "--" + mode_});
     Observed seen = observe(mac, command, {}, LAUNCHER);
-    const auto items = mac::clientItems();
-    const mac::Verdict verdict =
-        judge(items, mac::modeOf({"--" + mode_}), mac.home(), clean_.before, mac.snapshot(), seen.fates);
-    EXPECT_EQ(joined(verdict.outside), "");
+    EXPECT_EQ(joined(judge(mac, {"--" + mode_}, clean_.before, seen.fates).outside), "");
     EXPECT_EQ(seen.outcome, "exit 0");
     return seen;
   }
