@@ -1,10 +1,9 @@
 // A program that uses the Dock shortcut manager, for a session on the simulated Mac:
 //   dock_shortcut_probe [has FOLDER | add FOLDER | remove FOLDER | add-and-wait FOLDER]...
 // It prints what the manager answers and how its flag moves, a line each.
-#include <poll.h>
-
 #include <chrono>
 #include <iostream>
+#include <semaphore>
 #include <string_view>
 
 #include "dock/dock_shortcut_manager.h"
@@ -19,10 +18,18 @@ double secondsSince(std::chrono::steady_clock::time_point start) {
   return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
 }
 
+// One for each fall of the flag that the observer was told of.
+std::counting_semaphore<> falls(0);
+
+void tellOfFlag() {
+  const bool isChanging = DockShortcutManager::sharedInstance().isChangingPersistenceOfShortcutInDock();
+  std::cout << "flag " << isChanging << "\n";
+  if (!isChanging) falls.release();
+}
+
 void changeAndWait(const FileUrl& folder, DockShortcutManager::Change change) {
-  DockShortcutManager& manager = DockShortcutManager::sharedInstance();
-  manager.changePersistenceOfShortcutInDockFolderURL(folder, change, {});
-  while (manager.isChangingPersistenceOfShortcutInDock()) ::poll(nullptr, 0, 10);
+  DockShortcutManager::sharedInstance().changePersistenceOfShortcutInDockFolderURL(folder, change, {});
+  falls.acquire();
 }
 
 void changeWithCompletion(const FileUrl& folder) {
@@ -36,15 +43,14 @@ void changeWithCompletion(const FileUrl& folder) {
                   << (secondsSince(start) > 7 ? ", in time" : ", too early") << "\n";
       });
   wendle::serveMainQueueUntil([&] { return isDone; });
+  falls.acquire();
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
   DockShortcutManager& manager = DockShortcutManager::sharedInstance();
-  manager.observeFlag(
-      {[&] { std::cout << "will change\n"; },
-       [&] { std::cout << "flag " << manager.isChangingPersistenceOfShortcutInDock() << "\n"; }});
+  manager.observeFlag({[] { std::cout << "will change\n"; }, tellOfFlag});
   for (int i = 1; i + 1 < argc; i += 2) {
     const std::string_view verb = argv[i];
     const FileUrl folder = FileUrl::fileUrlWithPath(argv[i + 1]);
