@@ -35,13 +35,13 @@ void sortWalk(Lines& log) {
   std::sort(begin + 1, end, [&](const auto& a, const auto& b) { return path(a) < path(b); });
 }
 
-std::string journalLine(const mac::ToolRun& run) {
+}  // namespace
+
+std::string commandOf(const mac::ToolRun& run) {
   std::string line = run.tool;
   for (const std::string& argument : run.arguments) line += " [" + argument + "]";
-  return line + " " + run.outcome;
+  return line;
 }
-
-}  // namespace
 
 Observed observe(mac::SimulatedMac& mac, const std::vector<std::string>& arguments,
                  const mac::SessionOptions& options, const std::string& program) {
@@ -49,7 +49,8 @@ Observed observe(mac::SimulatedMac& mac, const std::vector<std::string>& argumen
   Observed observed{result.outcome, {}, {}, result.out, result.err, result.fates};
   for (const std::string& record : result.log) observed.log.push_back(withoutTime(record));
   sortWalk(observed.log);
-  for (const mac::ToolRun& run : result.journal) observed.journal.push_back(journalLine(run));
+  for (const mac::ToolRun& run : result.journal)
+    observed.journal.push_back(commandOf(run) + " " + run.outcome);
   return observed;
 }
 

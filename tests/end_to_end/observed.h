@@ -19,6 +19,9 @@ struct Observed {
   std::vector<mac::Fate> fates;
 };
 
+// The tool's path and its arguments, as in `Observed::journal`; not how it ended.
+[[nodiscard]] std::string commandOf(const mac::ToolRun& run);
+
 [[nodiscard]] Observed observe(mac::SimulatedMac& mac, const std::vector<std::string>& arguments,
                                const mac::SessionOptions& options = {},
                                const std::string& program = UNINSTALLER);

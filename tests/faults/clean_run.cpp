@@ -8,11 +8,9 @@ namespace wendle::test {
 CleanRun cleanRun(const std::string& mode) {
   SimulatedMac mac = SimulatedMac::scratch();
   mac::installClient(mac);
-  CleanRun run{mode, mac.snapshot(), {}, {}, {}};
-  run.seen = observe(mac, {"--" + mode});
-  run.after = mac.snapshot();
-  run.tools = toolRuns(mac);
-  return run;
+  const mac::Snapshot before = mac.snapshot();
+  const Observed seen = observe(mac, {"--" + mode});
+  return {mode, before, mac.snapshot(), seen, toolRuns(mac)};
 }
 
 std::vector<mac::ToolRun> toolRuns(const SimulatedMac& mac) {
@@ -23,10 +21,7 @@ std::string nameOf(const mac::ToolRun& run) { return std::filesystem::path(run.t
 
 Lines commandsOf(const std::vector<mac::ToolRun>& runs) {
   Lines lines;
-  for (const mac::ToolRun& run : runs) {
-    std::string& line = lines.emplace_back(run.tool);
-    for (const std::string& argument : run.arguments) line += " [" + argument + "]";
-  }
+  for (const mac::ToolRun& run : runs) lines.push_back(commandOf(run));
   return lines;
 }
 

@@ -27,7 +27,6 @@ struct CleanRun {
 
 // launchctl, for /bin/launchctl
 [[nodiscard]] std::string nameOf(const mac::ToolRun& run);
-// The path and the arguments of each; not how it ended.
 [[nodiscard]] Lines commandsOf(const std::vector<mac::ToolRun>& runs);
 
 // The same fault in the run `at` of `tools`.

@@ -2,9 +2,9 @@
 #include <algorithm>
 #include <map>
 #include <set>
-#include <sstream>
 
 #include "course.h"
+#include "simulated_mac/shared.h"
 #include "simulated_mac/verdict.h"
 
 namespace wendle::test {
@@ -36,13 +36,6 @@ bool isWorkOf(const std::string& tool, const std::string& path) {
   const Lines& parts = worksOf.at(tool);
   return std::any_of(parts.begin(), parts.end(),
                      [&](const auto& part) { return path.find(part) != std::string::npos; });
-}
-
-std::set<std::string> linesOf(const std::string& text) {
-  std::set<std::string> lines;
-  std::istringstream stream(text);
-  for (std::string line; std::getline(stream, line);) lines.insert(line);
-  return lines;
 }
 
 std::string firstDifference(Lines wanted, Lines seen) {
@@ -79,9 +72,11 @@ class EveryToolRunTest : public testing::TestWithParam<std::tuple<std::string, M
 
   // Whatever is printed comes from the tools.
   void expectSilence(const Observed& seen, const Fault& fault) {
-    std::set<std::string> ofTools = linesOf(clean_.seen.out);
+    const Lines printed = mac::split(clean_.seen.out, '\n');
+    std::set<std::string> ofTools(printed.begin(), printed.end());
     ofTools.insert({"", fault.text, "\xff\xfe"});
-    for (const std::string& line : linesOf(seen.out + seen.err)) EXPECT_TRUE(ofTools.contains(line)) << line;
+    for (const std::string& line : mac::split(seen.out + seen.err, '\n'))
+      EXPECT_TRUE(ofTools.contains(line)) << line;
   }
 
   const CleanRun clean_ = cleanRun(std::get<0>(GetParam()));
