@@ -63,7 +63,7 @@ std::vector<Fault> faultsOf(const fs::path& file, const std::string& tool, int r
   for (int kind = 0; text >> fault.tool >> fault.run >> kind >> fault.number && text.get() == ' ';) {
     std::getline(text, fault.text, '\0');
     fault.kind = static_cast<FaultKind>(kind);
-    if (fault.tool == tool && (fault.run == run || fault.run == Fault::everyRun)) faults.push_back(fault);
+    if (fault.tool == tool && fault.run == run) faults.push_back(fault);
   }
   return faults;
 }

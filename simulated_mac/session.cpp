@@ -30,7 +30,7 @@ int runSandbox(const Strings& arguments, const fs::path& folder) {
 Strings programCommand(const SessionOptions& options) {
   std::string script = "ulimit -c 0; cd \"$0\" && exec </dev/null >/.simulation/out 2>/.simulation/err";
   if (options.descriptorLimit) script += " && ulimit -n " + std::to_string(*options.descriptorLimit);
-  for (const int fd : options.closedDescriptors) script += " && exec " + std::to_string(fd) + ">&-";
+  if (options.closesStandardStreams) script += " && exec <&- >&- 2>&-";
   script += " && exec /host/usr/bin/env -i \"$@\"";
   Strings command = {"/host/bin/sh", "-c", script, options.workingDirectory};
   command.push_back(options.ignoresBrokenPipes ? "--ignore-signal=PIPE" : "--default-signal=PIPE");

@@ -37,7 +37,6 @@ enum class FaultKind {
 };
 
 struct Fault {
-  static constexpr int everyRun = 0;
   std::string tool;  // its name, such as launchctl
   int run = 1;       // the N-th run of that tool in the session, from 1
   FaultKind kind = FaultKind::missing;
@@ -56,8 +55,8 @@ struct ProcessPlan {
 enum class Fate { leftAlone, refused, quit, killed };  // refused: was asked to quit and still lives
 
 struct SessionOptions {
-  std::vector<int> closedDescriptors = {};  // of 0, 1 and 2
-  bool ignoresBrokenPipes = false;          // starts with SIGPIPE ignored
+  bool closesStandardStreams = false;
+  bool ignoresBrokenPipes = false;  // starts with SIGPIPE ignored
   bool blocksAllSignals = false;
   std::optional<unsigned> descriptorLimit = {};
   std::vector<std::string> environment = {};  // "NAME=value"; the last of a name holds

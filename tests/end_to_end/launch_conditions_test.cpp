@@ -20,7 +20,7 @@ void expectCourse(mac::SimulatedMac& mac, const Lines& log, const mac::SessionOp
 TEST(LaunchConditions, ChangeNothingInTheSequence) {
   mac::SimulatedMac mac = mac::SimulatedMac::scratch();
   expectCourse(mac, expectedLines("hard.txt", "log"),
-               {.closedDescriptors = {0, 1, 2},
+               {.closesStandardStreams = true,
                 .ignoresBrokenPipes = true,
                 .blocksAllSignals = true,
                 .descriptorLimit = 32,
