@@ -27,17 +27,16 @@ std::string_view takeLine(std::string_view& text) {
   return line;
 }
 
-// Those of the following lines that go on with `path`, each behind its line feed: an item exists whose name
-// holds these line feeds. Empty when there is none.
-std::string continuation(std::string path, std::string_view followingLines) {
+// Those of the following lines that go on with `path`, each behind its line feed: together they name an item
+// that exists. Empty when they do not.
+std::string continuation(const std::string& path, std::string_view followingLines) {
   std::string lines;
-  while (!followingLines.empty() && path.size() < PATH_MAX) {
-    const std::string_view line = takeLine(followingLines);
-    const std::string_view component = line.substr(0, line.find('/'));
-    lines.append("\n").append(line);
-    path.append("\n").append(component);
-    if (fileExists(path)) return lines;
-    if (component.size() < line.size()) break;
+  while (!followingLines.empty()) {
+    lines.append("\n").append(takeLine(followingLines));
+    const std::string item = path + lines;
+    if (item.size() >= PATH_MAX) break;
+    if (fileExists(item)) return lines;
+    if (!directoryExists(item.substr(0, item.rfind('/')))) break;
   }
   return {};
 }

@@ -79,15 +79,15 @@ INSTANTIATE_TEST_SUITE_P(
          "soft",
          [](SimulatedMac& mac) {
            copies({outer, several})(mac);
-           for (const Lines& lines :
-                {Lines{"/Users/Shared/a", "/Users/Shared/a\nb"}, {home + "/Documents/kept"}})
+           for (const Lines& lines : {Lines{"/Users/Shared/a", "/Users/Shared/a\nb"},
+                                      {home + "/Documents/kept", outer + "\n/kept"}})
              for (const std::string& path : lines) mac.addFile(path);
          },
          {after(withExceptions, {deleted(outer + "/"),
                                  deleted("/Users/Shared/a%0Ab%0A" + home + "/Documents%0A/c%0A.app/")})},
          {agentPermissions},
          {outer, several},
-         {"/Users/Shared/a", "/Users/Shared/a\nb", home + "/Documents/kept"}},
+         {"/Users/Shared/a", "/Users/Shared/a\nb", home + "/Documents/kept", outer + "\n/kept"}},
     }),
     nameOf);
 
