@@ -164,7 +164,13 @@ int rehearseOrExplain(const Strings& words) try {
   if (fs::is_directory(command.uninstaller) || ::access(command.uninstaller.c_str(), X_OK) != 0) {
     throw std::runtime_error("There is no executable " + command.uninstaller.string() + ".");
   }
-  SimulatedMac mac = command.keep.empty() ? SimulatedMac::scratch() : SimulatedMac::in(command.keep);
+  if (command.keep.empty()) {
+    SimulatedMac mac = SimulatedMac::scratch();
+    return rehearse(mac, command);
+  }
+  (void)SimulatedMac::scratch().run("/bin/true",
+                                    {});  // throws before anything lies in the folder that is kept
+  SimulatedMac mac = SimulatedMac::in(command.keep);
   return rehearse(mac, command);
 } catch (const std::exception& error) {
   std::cerr << "rehearse: " << error.what() << '\n';
