@@ -10,12 +10,12 @@
 namespace wendle {
 
 // getdents64(2) directly: two system calls for most directories, where readdir(3) needs four.
-struct DirectoryStream::Body {
+struct DirectoryStream::Body {  // NOLINT(*-member-init): the kernel fills what is used of `buffer`
   UniqueFd fd;
   int failure = 0;
   size_t position = 0;
   size_t filled = 0;
-  alignas(dirent64) std::array<char, 32 * 1024> buffer;  // not zeroed for every folder: the kernel fills it
+  alignas(dirent64) std::array<char, 32 * 1024> buffer;  // not zeroed for every folder
 
   bool fill() {
     const auto count = retryOnInterrupt([&] { return ::getdents64(fd.get(), buffer.data(), buffer.size()); });
