@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <sys/file.h>
 
+#include <cerrno>
 #include <thread>
 
 namespace wendle {
