@@ -3,11 +3,11 @@
 #include <algorithm>
 #include <climits>
 
+#include "base/text.h"
 #include "client/bundle_identifier.h"
 #include "client/item_deletion.h"
 #include "client/path_filters.h"
 #include "platform/file_presence.h"
-#include "platform/utf8.h"
 #include "system/tasks/task_helpers.h"
 
 namespace wendle {

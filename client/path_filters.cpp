@@ -2,10 +2,10 @@
 
 #include <algorithm>
 
-#include "platform/decimal.h"
+#include "base/path.h"
+#include "base/text.h"
 #include "platform/file_presence.h"
 #include "platform/letter_case.h"
-#include "platform/path_text.h"
 
 namespace wendle {
 namespace {

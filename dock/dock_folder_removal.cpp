@@ -4,9 +4,9 @@
 #include <stdexcept>
 #include <string>
 
+#include "base/text.h"
 #include "client/client_locations.h"
 #include "logging/uninstaller_logger.h"
-#include "platform/decimal.h"
 #include "platform/folder_lock.h"
 #include "system/tasks/task_helpers.h"
 

@@ -4,8 +4,8 @@
 #include <functional>
 #include <optional>
 
+#include "base/property_list.h"
 #include "platform/file_url.h"
-#include "platform/property_list.h"
 
 namespace wendle {
 

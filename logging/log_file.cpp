@@ -1,6 +1,6 @@
 #include "logging/log_file.h"
 
-#include "platform/retry.h"
+#include "base/unique_fd.h"
 
 namespace wendle {
 

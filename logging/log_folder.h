@@ -3,8 +3,8 @@
 #include <string>
 #include <vector>
 
+#include "base/unique_fd.h"
 #include "logging/log_record.h"
-#include "platform/unique_fd.h"
 
 namespace wendle {
 

@@ -7,9 +7,9 @@
 #include <string_view>
 #include <vector>
 
+#include "base/error.h"
 #include "logging/log_destination.h"
 #include "logging/log_level.h"
-#include "platform/error.h"
 
 namespace wendle {
 

@@ -2,8 +2,8 @@
 
 #include <optional>
 
+#include "base/property_list.h"
 #include "platform/file_url.h"
-#include "platform/property_list.h"
 
 namespace wendle {
 

@@ -3,7 +3,7 @@
 #include <chrono>
 #include <string>
 
-#include "platform/unique_fd.h"
+#include "base/unique_fd.h"
 
 namespace wendle {
 

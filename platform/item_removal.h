@@ -3,7 +3,7 @@
 #include <optional>
 #include <string>
 
-#include "platform/error.h"
+#include "base/error.h"
 
 namespace wendle {
 

@@ -9,7 +9,7 @@
 #include <variant>
 #include <vector>
 
-#include "platform/error.h"
+#include "base/error.h"
 #include "platform/pipe.h"
 
 namespace wendle {

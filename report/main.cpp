@@ -4,8 +4,8 @@
 #include <iostream>
 #include <sstream>
 
+#include "base/error.h"
 #include "logging/logger_configurator.h"
-#include "platform/error.h"
 #include "report/run_report.h"
 
 namespace wendle {

@@ -3,8 +3,8 @@
 #include <cstdio>
 #include <string_view>
 
+#include "base/text.h"
 #include "logging/log_record.h"
-#include "platform/utf8.h"
 #include "report/run_report.h"
 
 namespace wendle {

@@ -5,7 +5,7 @@
 
 #include <array>
 
-#include "platform/retry.h"
+#include "base/unique_fd.h"
 
 namespace wendle {
 

@@ -3,7 +3,7 @@
 #include <clocale>
 #include <cwctype>
 
-#include "platform/utf8.h"
+#include "base/text.h"
 
 namespace wendle {
 namespace {

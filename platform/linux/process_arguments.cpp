@@ -5,8 +5,8 @@
 #include <array>
 #include <climits>
 
+#include "base/path.h"
 #include "platform/linux/file_content.h"
-#include "platform/path_text.h"
 
 namespace wendle {
 

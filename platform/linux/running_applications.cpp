@@ -7,7 +7,7 @@
 #include <algorithm>
 #include <csignal>
 
-#include "platform/decimal.h"
+#include "base/text.h"
 #include "platform/directory_stream.h"
 #include "platform/linux/file_content.h"
 

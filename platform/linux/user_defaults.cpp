@@ -6,11 +6,11 @@
 
 #include <cstdio>
 
+#include "base/unique_fd.h"
 #include "platform/file_presence.h"
 #include "platform/linux/file_content.h"
 #include "platform/linux/property_list_file.h"
 #include "platform/standard_directories.h"
-#include "platform/unique_fd.h"
 
 namespace wendle {
 namespace {

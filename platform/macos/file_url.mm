@@ -3,8 +3,8 @@
 #import <Foundation/Foundation.h>
 #include <sys/stat.h>
 
+#include "base/text.h"
 #include "platform/macos/foundation_text.h"
-#include "platform/utf8.h"
 
 namespace wendle {
 namespace {

@@ -4,7 +4,7 @@
 
 #include <optional>
 
-#include "platform/property_list.h"
+#include "base/property_list.h"
 
 namespace wendle {
 

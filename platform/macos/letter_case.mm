@@ -2,8 +2,8 @@
 
 #import <Foundation/Foundation.h>
 
+#include "base/text.h"
 #include "platform/macos/foundation_text.h"
-#include "platform/utf8.h"
 
 namespace wendle {
 namespace {

@@ -4,8 +4,8 @@
 
 #include <vector>
 
+#include "base/unique_fd.h"
 #include "platform/posix/tree_cursor.h"
-#include "platform/retry.h"
 
 namespace wendle {
 namespace {

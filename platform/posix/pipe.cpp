@@ -6,7 +6,7 @@
 #include <array>
 #include <system_error>
 
-#include "platform/retry.h"
+#include "base/unique_fd.h"
 
 namespace wendle {
 namespace {

@@ -6,8 +6,8 @@
 
 #include <csignal>
 
+#include "base/unique_fd.h"
 #include "platform/posix/spawn_attributes.h"
-#include "platform/retry.h"
 
 extern char** environ;  // NOLINT(readability-redundant-declaration): no header of macOS declares it
 

@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-#include "platform/retry.h"
+#include "base/unique_fd.h"
 
 namespace wendle {
 namespace {

@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
+#include "base/error.h"
 #include "platform/directory_stream.h"
-#include "platform/error.h"
 
 namespace wendle {
 

@@ -1,6 +1,6 @@
 #include "system/tasks/task_helpers.h"
 
-#include "platform/utf8.h"
+#include "base/text.h"
 
 namespace wendle {
 

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
+#include "base/text.h"
 #include "logging/log_record.h"
-#include "platform/utf8.h"
 #include "property.h"
 #include "report/run_report.h"
 

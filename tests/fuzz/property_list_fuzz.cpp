@@ -1,7 +1,7 @@
 #include <fuzzer/FuzzedDataProvider.h>
 
+#include "base/text.h"
 #include "platform/linux/property_list_file.h"
-#include "platform/utf8.h"
 #include "property.h"
 
 using namespace wendle;

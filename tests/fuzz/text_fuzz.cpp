@@ -1,9 +1,8 @@
+#include "base/path.h"
+#include "base/text.h"
 #include "client/application_bundles.h"
 #include "client/path_filters.h"
-#include "platform/decimal.h"
 #include "platform/letter_case.h"
-#include "platform/path_text.h"
-#include "platform/utf8.h"
 #include "property.h"
 
 using namespace wendle;

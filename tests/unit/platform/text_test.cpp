@@ -1,8 +1,8 @@
-#include "platform/decimal.h"
+#include "base/text.h"
+
+#include "base/path.h"
 #include "platform/file_url.h"
 #include "platform/letter_case.h"
-#include "platform/path_text.h"
-#include "platform/utf8.h"
 #include "support/each.h"
 #include "support/temp_directory.h"
 

@@ -1,7 +1,9 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace wendle {
 
@@ -23,5 +25,21 @@ struct Error {
 
 // As Foundation prints an NSError: Error Domain=NSPOSIXErrorDomain Code=2 "No such file or directory"
 [[nodiscard]] std::string describe(const Error& error);
+
+// What became of an operation that has no other result: success, or the error of what failed.
+//
+//   if (const Status status = removeItem(path); !status.ok()) log(status.error());
+class [[nodiscard]] Status {
+ public:
+  Status() = default;  // success
+  Status(Error error)
+      : error_(std::move(error)) {}  // a failure; implicit, so that `return posixError(errno);` is one
+
+  [[nodiscard]] bool ok() const { return !error_; }
+  [[nodiscard]] const Error& error() const { return *error_; }  // defined for a failure only
+
+ private:
+  std::optional<Error> error_;
+};
 
 }  // namespace wendle

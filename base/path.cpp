@@ -1,4 +1,4 @@
-#include "platform/path_text.h"
+#include "base/path.h"
 
 #include <algorithm>
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -17,5 +18,9 @@ void appendUtf8(std::string& text, char32_t character);
 // Without white space and line ends at both ends, as Foundation's whitespaceAndNewlineCharacterSet has them
 // (the blanks of other scripts and U+0085 included). Ill-formed bytes are no white space.
 [[nodiscard]] std::string trimmed(std::string_view text);
+
+// Decimal text as a number: one optional `+` or `-`, then ASCII digits and nothing else; leading zeros are
+// fine. None for anything else, blanks and values beyond 64 bits included.
+[[nodiscard]] std::optional<std::int64_t> parseDecimal(std::string_view text);
 
 }  // namespace wendle
