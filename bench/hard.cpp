@@ -26,7 +26,7 @@ void measure(const char* name, const std::vector<std::string>& command) {
     std::cerr << name << " ended with " << result.outcome << ": " << result.err << '\n';
     std::exit(1);
   }
-  const Verdict verdict = judge(mac, {"--hard"}, before, result.fates);
+  const Verdict verdict = judge(mac, {"--hard"}, before, result.processes);
   for (const auto* wrong : {&verdict.leftBehind, &verdict.outside}) {
     for (const std::string& path : *wrong) {
       std::cerr << name << (wrong == &verdict.outside ? " touched " : " left ") << path << '\n';

@@ -138,7 +138,7 @@ int rehearse(SimulatedMac& mac, const Command& command) {
   installClient(mac);
   const Snapshot before = mac.snapshot();
   const SessionResult result = mac.run(command.uninstaller, command.arguments);
-  const Verdict verdict = judge(mac, command.arguments, before, result.fates);
+  const Verdict verdict = judge(mac, command.arguments, before, result.processes);
   Rows tools;
   for (const ToolRun& run : result.journal) {
     tools.emplace_back(run.outcome, commandLine(run.tool, run.arguments));

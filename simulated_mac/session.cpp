@@ -44,6 +44,8 @@ Strings programCommand(const SessionOptions& options) {
 
 }  // namespace
 
+std::string pathInSession(const fs::path& file) { return "/host" + fs::canonical(file).string(); }
+
 SessionResult SimulatedMac::run(const fs::path& program, const Strings& arguments,
                                 const SessionOptions& options) {
   fs::remove_all(at(journalFolder));
@@ -61,7 +63,8 @@ SessionResult SimulatedMac::run(const fs::path& program, const Strings& argument
     append(command, {"process", name, identifier, job, stubborn ? "stubborn" : ""});
   }
   append(command, programCommand(options));
-  command.push_back("/host" + fs::canonical(program).string());
+  if (!options.loader.empty()) command.push_back(pathInSession(options.loader));
+  command.push_back(pathInSession(program));
   append(command, arguments);
 
   const int status = runSandbox(command, at("/.simulation"));
@@ -71,8 +74,9 @@ SessionResult SimulatedMac::run(const fs::path& program, const Strings& argument
   if (outcome.empty()) throw std::runtime_error("There can be no simulated Mac here: " + why);
   SessionResult result;
   result.outcome = outcome.front();
-  for (const std::string& fate : outcome) result.fates.push_back(static_cast<Fate>(std::atoi(fate.c_str())));
-  result.fates.erase(result.fates.begin());
+  for (const std::string& end : outcome)
+    result.processes.push_back(static_cast<ProcessOutcome>(std::atoi(end.c_str())));
+  result.processes.erase(result.processes.begin());
   result.out = read("/.simulation/out");
   result.err = read("/.simulation/err");
   result.journal = readJournal(at(journalFolder));

@@ -52,7 +52,7 @@ struct ProcessPlan {
   bool stubborn = false;
 };
 
-enum class Fate { leftAlone, refused, quit, killed };  // refused: was asked to quit and still lives
+enum class ProcessOutcome { leftAlone, refused, quit, killed };  // refused: was asked to quit and still lives
 
 struct SessionOptions {
   bool closesStandardStreams = false;
@@ -62,6 +62,7 @@ struct SessionOptions {
   std::vector<std::string> environment = {};  // "NAME=value"; the last of a name holds
   std::string workingDirectory = "/";
   bool startsProcesses = true;
+  std::filesystem::path loader = {};  // the host's executable that runs the program, given its path; or none
 };
 
 struct SessionResult {
@@ -69,8 +70,8 @@ struct SessionResult {
   std::string out, err;
   std::vector<std::string>
       log;  // the lines of all files in <home>/Library/Logs/Wendle, in the order of their names
-  std::vector<ToolRun> journal;  // in order of start
-  std::vector<Fate> fates;       // one for each process, in the order in which they were added
+  std::vector<ToolRun> journal;           // in order of start
+  std::vector<ProcessOutcome> processes;  // one for each process, in the order in which they were added
 };
 
 struct SnapshotEntry {
@@ -88,6 +89,9 @@ struct Difference {
   std::vector<std::string> removed, added, changed;
 };
 [[nodiscard]] Difference difference(const Snapshot& before, const Snapshot& after);
+
+// The path by which a program in a session finds an existing file of the host.
+[[nodiscard]] std::string pathInSession(const std::filesystem::path& file);
 
 // All paths given to it and returned by it, root() and at() excepted, are the Mac's own
 // ("/Users/pat/Documents"); a path below a link is refused, so that nothing is ever written outside the root

@@ -21,24 +21,24 @@ bool isLog(const std::string& path) {
   return path.starts_with(folder) || folder.starts_with(path + "/");
 }
 
-void addProcesses(const std::vector<Fate>& fates, Snapshot& before, Snapshot& after) {
-  auto fate = fates.begin();
+void addProcesses(const std::vector<ProcessOutcome>& processes, Snapshot& before, Snapshot& after) {
+  auto outcome = processes.begin();
   for (const Item& item : clientItems()) {
-    if ((item.kind != "process" && item.kind != "job process") || fate == fates.end()) continue;
+    if ((item.kind != "process" && item.kind != "job process") || outcome == processes.end()) continue;
     before[item.snapshotPath()] = {};
-    if (*fate == Fate::leftAlone) after[item.snapshotPath()] = {};
-    if (*fate == Fate::refused) after[item.snapshotPath()].content = "refused to quit";
-    ++fate;
+    if (*outcome == ProcessOutcome::leftAlone) after[item.snapshotPath()] = {};
+    if (*outcome == ProcessOutcome::refused) after[item.snapshotPath()].content = "refused to quit";
+    ++outcome;
   }
 }
 
 }  // namespace
 
 Verdict judge(const SimulatedMac& mac, const std::vector<std::string>& arguments, Snapshot before,
-              const std::vector<Fate>& fates) {
+              const std::vector<ProcessOutcome>& processes) {
   const Mode mode = modeOf(arguments);
   Snapshot after = mac.snapshot();
-  addProcesses(fates, before, after);
+  addProcesses(processes, before, after);
   ItemsByPath byPath;
   for (const Item& item : clientItems()) byPath[item.snapshotPath()] = &item;
   const auto [removed, added, changed] = difference(before, after);

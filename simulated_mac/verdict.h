@@ -12,10 +12,10 @@ struct Verdict {
   std::vector<std::string> leftBehind;  // on the list, and still there
 };
 
-// What a session with these arguments did to `mac`, which was `before` when it began. `fates` are those of
-// the items that are processes, in their order; none when they were not started. The log of the uninstaller
-// may be added.
+// What a session with these arguments did to `mac`, which was `before` when it began. `processes` are the
+// outcomes of the items that are processes, in their order; none when they were not started. The log of the
+// uninstaller may be added.
 [[nodiscard]] Verdict judge(const SimulatedMac& mac, const std::vector<std::string>& arguments,
-                            Snapshot before, const std::vector<Fate>& fates);
+                            Snapshot before, const std::vector<ProcessOutcome>& processes);
 
 }  // namespace wendle::mac

@@ -45,8 +45,8 @@ pid_t startApplication(const std::string* plan) {
   return pid;
 }
 
-// A fatal signal settles a fate when it is sent: ours comes too late for a process that was sent another.
-Fate endApplication(pid_t pid) {
+// A fatal signal settles an outcome when it is sent: ours comes too late for a process that was sent another.
+ProcessOutcome endApplication(pid_t pid) {
   const std::string status = readFile("/proc/" + std::to_string(pid) + "/status");
   const std::size_t pending = status.find("ShdPnd:");
   const bool wasAsked =
@@ -54,8 +54,8 @@ Fate endApplication(pid_t pid) {
   ::kill(pid, SIGUSR1);
   int end = 0;
   ::waitpid(pid, &end, 0);
-  if (WTERMSIG(end) == SIGUSR1) return wasAsked ? Fate::refused : Fate::leftAlone;
-  return WTERMSIG(end) == SIGTERM ? Fate::quit : Fate::killed;
+  if (WTERMSIG(end) == SIGUSR1) return wasAsked ? ProcessOutcome::refused : ProcessOutcome::leftAlone;
+  return WTERMSIG(end) == SIGTERM ? ProcessOutcome::quit : ProcessOutcome::killed;
 }
 
 std::string runProgram(const Strings& command) {

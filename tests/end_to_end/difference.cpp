@@ -33,7 +33,7 @@ TEST_P(DifferenceTest, ShowsInItsLinesAndInNoOther) {
   mac.addDockTile("Downloads", "file:///Users/pat/Downloads/");
   mac.addKeychainItem("Other");
   d.arrange(mac);
-  const Observed seen = observe(mac, {"--" + d.mode});
+  const RunResult seen = runUninstaller(mac, {"--" + d.mode});
 
   EXPECT_EQ(seen.outcome, "exit 0");
   EXPECT_EQ(joined(seen.log), joined(edited(expectedLines("bare.txt", d.mode + " log"), d.log)));

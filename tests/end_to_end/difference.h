@@ -6,7 +6,7 @@
 #include <string>
 #include <utility>
 
-#include "observed.h"
+#include "support/run_result.h"
 
 namespace wendle::test {
 

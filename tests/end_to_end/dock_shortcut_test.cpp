@@ -3,8 +3,8 @@
 
 #include <regex>
 
-#include "observed.h"
 #include "platform/linux/property_list_file.h"
+#include "support/run_result.h"
 
 namespace wendle::test {
 namespace {
@@ -55,9 +55,9 @@ std::string takeText(PropertyList& tile, const std::string& key) {
   return text;
 }
 
-Observed run(SimulatedMac& mac, const Lines& arguments) {
+RunResult run(SimulatedMac& mac, const Lines& arguments) {
   mac.addFolder(folder);
-  return observe(mac, arguments, {}, PROBE);
+  return runProbe(mac, "dock_shortcut_probe", arguments);
 }
 
 const std::string killedDock = "/usr/bin/killall [Dock] exit 1\n";
@@ -66,7 +66,7 @@ TEST(DockShortcutTest, AddsATileInFrontAndKeepsTheOthersAsTheyAre) {
   SimulatedMac mac = SimulatedMac::scratch();
   setTiles(mac, foreignTile + tileOf("file:///Users/pat/Movies/", "M"));
   const PropertyListArray before = tiles(mac);
-  const Observed seen = run(mac, {"has", folder, "add", folder, "has", folder});
+  const RunResult seen = run(mac, {"has", folder, "add", folder, "has", folder});
 
   EXPECT_EQ(seen.outcome + "\n" + seen.out, "exit 0\nhas 0\n" + changeLines + "has 1\n");
   EXPECT_EQ(joined(seen.journal), killedDock);
@@ -111,7 +111,7 @@ TEST(DockShortcutTest, RemovesOnlyWhatMatchesToTheLetter) {
 TEST(DockShortcutTest, WritesTheListAndRestartsTheDockAlsoWhenThereIsNothingToRemove) {
   SimulatedMac mac = SimulatedMac::scratch();
   mac.addPropertyList(dockPlist, "<dict><key>autohide</key><true/></dict>", true);
-  const Observed seen = run(mac, {"remove", folder});
+  const RunResult seen = run(mac, {"remove", folder});
   EXPECT_EQ(joined(seen.journal), killedDock);
   const PropertyList content = dock(mac);
   ASSERT_NE(content.find("persistent-others"), nullptr);
@@ -121,7 +121,7 @@ TEST(DockShortcutTest, WritesTheListAndRestartsTheDockAlsoWhenThereIsNothingToRe
 TEST(DockShortcutTest, LowersTheFlagJustBeforeTheCompletion) {
   SimulatedMac mac = SimulatedMac::scratch();
   setTiles(mac, "");
-  const Observed seen = run(mac, {"add-and-wait", folder});
+  const RunResult seen = run(mac, {"add-and-wait", folder});
   EXPECT_EQ(seen.out, changeLines + "completion 1, flag 0, in time\n");
   EXPECT_EQ(tiles(mac).size(), 1U);
 }
@@ -130,7 +130,7 @@ TEST(DockShortcutTest, EndsTheProcessRatherThanAddAFolderThatIsNotThere) {
   SimulatedMac mac = SimulatedMac::scratch();
   setTiles(mac, foreignTile);
   const std::string before = mac.read(dockPlist);
-  const Observed seen = run(mac, {"add", "/Users/pat/Nothing"});
+  const RunResult seen = run(mac, {"add", "/Users/pat/Nothing"});
   EXPECT_EQ(seen.outcome, "signal 6");
   EXPECT_EQ(joined(seen.journal), "");
   EXPECT_EQ(mac.read(dockPlist), before);

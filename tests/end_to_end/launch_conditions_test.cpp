@@ -3,15 +3,15 @@
 
 #include <filesystem>
 
-#include "observed.h"
 #include "simulated_mac/client_fixture.h"
+#include "support/run_result.h"
 
 namespace wendle::test {
 namespace {
 
 void expectCourse(mac::SimulatedMac& mac, const Lines& log, const mac::SessionOptions& options = {}) {
   mac::installClient(mac);
-  const Observed seen = observe(mac, {"--hard"}, options);
+  const RunResult seen = runUninstaller(mac, {"--hard"}, options);
   EXPECT_EQ(seen.outcome, "exit 0");
   EXPECT_EQ(joined(seen.log), joined(log));
   EXPECT_EQ(joined(seen.journal), joined(expectedLines("hard.txt", "tools")));

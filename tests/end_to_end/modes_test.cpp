@@ -2,8 +2,8 @@
 // printed, what is left on disk and in the system's lists, and which processes live.
 #include <gtest/gtest.h>
 
-#include "observed.h"
 #include "simulated_mac/client_fixture.h"
+#include "support/run_result.h"
 
 namespace wendle::test {
 namespace {
@@ -15,7 +15,7 @@ TEST_P(ModeTest, RemovesExactlyItsListFromAnInstalledClient) {
   mac::SimulatedMac mac = mac::SimulatedMac::scratch();
   mac::installClient(mac);
   const mac::Snapshot before = mac.snapshot();
-  const Observed seen = observe(mac, {"--" + mode});
+  const RunResult seen = runUninstaller(mac, {"--" + mode});
 
   EXPECT_EQ(seen.outcome, "exit 0");
   EXPECT_EQ(joined(seen.log), joined(expectedLines(mode + ".txt", "log")));
@@ -31,7 +31,7 @@ TEST_P(ModeTest, RunsAllItsStepsWithoutAClient) {
   mac.addDockTile("Downloads", "file:///Users/pat/Downloads/");
   mac.addKeychainItem("Other");
   const mac::Snapshot before = mac.snapshot();
-  const Observed seen = observe(mac, {"--" + mode});
+  const RunResult seen = runUninstaller(mac, {"--" + mode});
 
   EXPECT_EQ(seen.outcome, "exit 0");
   EXPECT_EQ(joined(seen.log), joined(expectedLines("bare.txt", mode + " log")));
@@ -45,7 +45,7 @@ INSTANTIATE_TEST_SUITE_P(Modes, ModeTest, testing::Values("updates", "soft", "ha
 
 // Desktop applications, one of which refuses to quit, the extension, and components that are left alone. The
 // tool itself carries the extension's identifier, as when the extension has started it.
-std::vector<mac::Fate> fatesIn(const std::string& mode) {
+std::vector<mac::ProcessOutcome> processOutcomesIn(const std::string& mode) {
   const std::string desktop = "com.wendle.DesktopClient";
   mac::SimulatedMac mac = mac::SimulatedMac::scratch();
   mac.addProcess({.name = "Wendle", .identifier = desktop, .stubborn = true});
@@ -55,25 +55,27 @@ std::vector<mac::Fate> fatesIn(const std::string& mode) {
     mac.addProcess({.name = component, .identifier = desktop + "." + component});
   }
   mac.addProcess({.name = "Wendle", .identifier = desktop + "X"});
-  const Observed seen =
-      observe(mac, {mode}, {.environment = {"__CFBundleIdentifier=" + desktop + ".WendleExtension"}});
+  const RunResult seen =
+      runUninstaller(mac, {mode}, {.environment = {"__CFBundleIdentifier=" + desktop + ".WendleExtension"}});
   EXPECT_EQ(seen.outcome, "exit 0");
-  return seen.fates;
+  return seen.processes;
 }
 
 TEST(ProcessesTest, AreAskedToQuitAndOnlyTheExtensionIsKilledInUpdatesMode) {
-  using enum mac::Fate;
-  const std::vector<mac::Fate> asked{refused, quit, quit, leftAlone, leftAlone, leftAlone, leftAlone};
-  EXPECT_EQ(fatesIn("--soft"), asked);
-  EXPECT_EQ(fatesIn("--full"), asked);
-  EXPECT_EQ(fatesIn("--updates"), (std::vector<mac::Fate>{leftAlone, leftAlone, killed, leftAlone, leftAlone,
-                                                          leftAlone, leftAlone}));
+  using enum mac::ProcessOutcome;
+  const std::vector<mac::ProcessOutcome> asked{refused,   quit,      quit,     leftAlone,
+                                               leftAlone, leftAlone, leftAlone};
+  EXPECT_EQ(processOutcomesIn("--soft"), asked);
+  EXPECT_EQ(processOutcomesIn("--full"), asked);
+  EXPECT_EQ(processOutcomesIn("--updates"),
+            (std::vector<mac::ProcessOutcome>{leftAlone, leftAlone, killed, leftAlone, leftAlone, leftAlone,
+                                              leftAlone}));
 }
 
 TEST(CommandLineTest, RunsTheFirstModeItNames) {
   mac::SimulatedMac mac = mac::SimulatedMac::scratch();
   mac.addDockTile("Downloads", "file:///Users/pat/Downloads/");
-  const Observed seen = observe(mac, {"-x", "", "soft", "--full=1", "--hard", "--hard", "--full"});
+  const RunResult seen = runUninstaller(mac, {"-x", "", "soft", "--full=1", "--hard", "--hard", "--full"});
   EXPECT_EQ(seen.outcome, "exit 0");
   EXPECT_EQ(joined(seen.log), joined(expectedLines("bare.txt", "hard log")));
 }
@@ -84,7 +86,7 @@ TEST(CommandLineTest, LeavesNoTraceWhenItNamesNone) {
     mac::SimulatedMac mac = mac::SimulatedMac::scratch();
     mac::installClient(mac);
     const mac::Snapshot before = mac.snapshot();
-    const Observed seen = observe(mac, arguments);
+    const RunResult seen = runUninstaller(mac, arguments);
     expectItsListOnly(mac, arguments, before, seen);
     EXPECT_FALSE(mac.exists("/Users/pat/Library/Logs/Wendle"));
     EXPECT_EQ(seen.outcome + joined(seen.journal) + seen.out + seen.err, "exit 0");

@@ -3,8 +3,8 @@
 
 #include <algorithm>
 
-#include "observed.h"
 #include "simulated_mac/client_fixture.h"
+#include "support/run_result.h"
 
 namespace wendle::test {
 namespace {
@@ -13,17 +13,13 @@ using mac::SimulatedMac;
 
 const std::string logs = "/Users/pat/Library/Logs/Wendle/";
 
-Observed report(SimulatedMac& mac, const Lines& arguments) {
-  return observe(mac, arguments, {.startsProcesses = false}, REPORT);
-}
-
 class ReportedModeTest : public testing::TestWithParam<const char*> {};
 
 TEST_P(ReportedModeTest, IsGoodAndCountsWhatTheRunRemoved) {
   SimulatedMac mac = SimulatedMac::scratch();
   mac::installClient(mac);
-  const Observed run = observe(mac, {GetParam()});
-  const Observed seen = report(mac, {});
+  const RunResult run = runUninstaller(mac, {GetParam()});
+  const RunResult seen = runReport(mac, {});
 
   EXPECT_EQ(seen.outcome, "exit 0");
   const auto removed = std::count_if(run.log.begin(), run.log.end(), [](const std::string& line) {
@@ -64,7 +60,7 @@ TEST_P(LogTest, IsToldAsItIs) {
   const LogCase& c = GetParam();
   SimulatedMac mac = SimulatedMac::scratch();
   mac.addFile("/some.log", c.log);
-  const Observed seen = report(mac, {"--json", "/some.log"});
+  const RunResult seen = runReport(mac, {"--json", "/some.log"});
   EXPECT_EQ(seen.outcome, c.outcome);
   EXPECT_EQ(seen.out, c.json);
   EXPECT_EQ(seen.err,
@@ -137,16 +133,16 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST(ReportTest, TakesTheNewestLogAndRefusesWrongUse) {
   SimulatedMac mac = SimulatedMac::scratch();
-  EXPECT_EQ(report(mac, {}).err, "wendle-uninstall-report: this user has no log of the uninstaller.\n");
+  EXPECT_EQ(runReport(mac, {}).err, "wendle-uninstall-report: this user has no log of the uninstaller.\n");
   mac.addFile(logs + "uninstaller-20261121T075959Z-9.log", start + "full mode\n");
   mac.addFile(logs + "uninstaller-20261121T075959Z-10.log", start + "updates mode\n");
   mac.addFolder(logs + "uninstaller-20301121T075959Z-10.log");
-  EXPECT_TRUE(report(mac, {}).out.starts_with("--updates"));
+  EXPECT_TRUE(runReport(mac, {}).out.starts_with("--updates"));
   mac.addFile("/a", start + "full mode\n" + later + "[4] uninstaller: a\\n\\x1b\n");
-  EXPECT_NE(report(mac, {"/a"}).out.find("\n  a\\n\\x1b\n"), std::string::npos);
+  EXPECT_NE(runReport(mac, {"/a"}).out.find("\n  a\\n\\x1b\n"), std::string::npos);
   for (const Lines& arguments :
        {Lines{"--jsno"}, Lines{"/a", "/a"}, Lines{""}, Lines{"/nothing"}, Lines{"/Users"}}) {
-    const Observed seen = report(mac, arguments);
+    const RunResult seen = runReport(mac, arguments);
     EXPECT_EQ(seen.outcome + seen.out, "exit 2") << joined(arguments);
     EXPECT_EQ(std::count(seen.err.begin(), seen.err.end(), '\n'), 1) << seen.err;
   }

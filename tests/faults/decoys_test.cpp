@@ -52,7 +52,7 @@ TEST_P(DecoysTest, AreAllLeftAlone) {
     if (item.removedBy != mac::noMode) addDecoyRecords(mac, item);
   }
   const mac::Snapshot before = mac.snapshot();
-  const Observed seen = observe(mac, {"--" + GetParam()});
+  const RunResult seen = runUninstaller(mac, {"--" + GetParam()});
 
   EXPECT_EQ(seen.outcome, "exit 0");
   expectItsListOnly(mac, {"--" + GetParam()}, before, seen);

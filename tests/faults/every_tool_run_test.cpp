@@ -55,14 +55,14 @@ class EveryToolRunTest : public testing::TestWithParam<std::tuple<std::string, M
     SimulatedMac mac = SimulatedMac::scratch();
     mac::installClient(mac);
     mac.setFault(fault);
-    const Observed seen = observe(mac, {"--" + clean_.mode});
+    const RunResult seen = runUninstaller(mac, {"--" + clean_.mode});
 
     const Course course = courseWith(fault, at, clean_);
     EXPECT_EQ(firstDifference(course.log, seen.log), "");
     EXPECT_EQ(firstDifference(course.commands, commandsOf(toolRuns(mac))), "");
     EXPECT_EQ(seen.outcome, course.outcome);
     expectSilence(seen, fault);
-    const mac::Verdict verdict = judge(mac, {"--" + clean_.mode}, clean_.before, seen.fates);
+    const mac::Verdict verdict = judge(mac, {"--" + clean_.mode}, clean_.before, seen.processes);
     EXPECT_EQ(joined(verdict.outside), "");
     for (const std::string& path : verdict.leftBehind) {
       EXPECT_TRUE(!misbehaviour.isHarmless() && (course.outcome != "exit 0" || isWorkOf(fault.tool, path)))
@@ -71,7 +71,7 @@ class EveryToolRunTest : public testing::TestWithParam<std::tuple<std::string, M
   }
 
   // Whatever is printed comes from the tools.
-  void expectSilence(const Observed& seen, const Fault& fault) {
+  void expectSilence(const RunResult& seen, const Fault& fault) {
     const Lines printed = mac::split(clean_.seen.out, '\n');
     std::set<std::string> ofTools(printed.begin(), printed.end());
     ofTools.insert({"", fault.text, "\xff\xfe"});

@@ -24,9 +24,9 @@ void expectSame(const mac::Snapshot& wanted, const mac::Snapshot& seen) {
 }
 
 // A session in which the program is killed while it waits for the run `at`.
-Observed killAt(SimulatedMac mac, std::size_t at, const CleanRun& clean) {
+RunResult killAt(SimulatedMac mac, std::size_t at, const CleanRun& clean) {
   mac.setFault(faultAt(clean.tools, at, {"", 1, FaultKind::killsProgram}));
-  Observed killed = observe(mac, {"--" + clean.mode});
+  RunResult killed = runUninstaller(mac, {"--" + clean.mode});
   EXPECT_EQ(killed.outcome, "signal " + std::to_string(SIGKILL));
   EXPECT_EQ(toolRuns(mac).size(), at + 1);
   return killed;
@@ -34,11 +34,12 @@ Observed killAt(SimulatedMac mac, std::size_t at, const CleanRun& clean) {
 
 // What either of the two runs did to a process counts. Only a run that finds a tile restarts the Dock: when
 // it dies before it does, nobody does.
-void expectFatesOfEither(const CleanRun& clean, std::size_t at, const std::vector<mac::Fate>& killed,
-                         const std::vector<mac::Fate>& again) {
+void expectFatesOfEither(const CleanRun& clean, std::size_t at,
+                         const std::vector<mac::ProcessOutcome>& killed,
+                         const std::vector<mac::ProcessOutcome>& again) {
   if (commandsOf(clean.tools)[at].find("killall") != std::string::npos) return;
-  for (std::size_t i = 0; i < clean.seen.fates.size(); ++i) {
-    const mac::Fate wanted = clean.seen.fates[i];
+  for (std::size_t i = 0; i < clean.seen.processes.size(); ++i) {
+    const mac::ProcessOutcome wanted = clean.seen.processes[i];
     EXPECT_TRUE(killed[i] == wanted || again[i] == wanted) << "process " << i;
   }
 }
@@ -50,10 +51,10 @@ TEST_P(KilledRunTest, IsMadeUpForByTheNext) {
     SCOPED_TRACE("killed in run " + std::to_string(at) + ": " + commandsOf(clean.tools)[at]);
     SimulatedMac mac = SimulatedMac::scratch();
     mac::installClient(mac);
-    const Observed killed = killAt(mac, at, clean);
-    const Observed again = observe(mac, {"--" + mode});
+    const RunResult killed = killAt(mac, at, clean);
+    const RunResult again = runUninstaller(mac, {"--" + mode});
     EXPECT_EQ(again.outcome, "exit 0");
-    expectFatesOfEither(clean, at, killed.fates, again.fates);
+    expectFatesOfEither(clean, at, killed.processes, again.processes);
     expectSame(clean.after, mac.snapshot());
   }
 }

@@ -36,12 +36,13 @@ Lines stepsOf(const Lines& log) {
 class LauncherTest : public testing::TestWithParam<std::string> {
  protected:
   // Runs the probe on an installed client; nothing outside the mode's list may be touched.
-  Observed launch(Lines command) {
+  RunResult launch(Lines command) {
     SimulatedMac mac = SimulatedMac::scratch();
     mac::installClient(mac);
-    command.insert(command.end(), {"/host" UNINSTALLER, "--" + mode_});
-    Observed seen = observe(mac, command, {}, LAUNCHER);
-    EXPECT_EQ(joined(judge(mac, {"--" + mode_}, clean_.before, seen.fates).outside), "");
+    for (const std::string& word : uninstallerCommand()) command.push_back(word);
+    command.push_back("--" + mode_);
+    RunResult seen = runProbe(mac, "launcher_probe", command);
+    EXPECT_EQ(joined(judge(mac, {"--" + mode_}, clean_.before, seen.processes).outside), "");
     EXPECT_EQ(seen.outcome, "exit 0");
     return seen;
   }
@@ -52,7 +53,7 @@ class LauncherTest : public testing::TestWithParam<std::string> {
 
 TEST_P(LauncherTest, MayDieWithItsWholeProcessGroup) {
   const std::string component = mode_ == "updates" ? ".WendleExtension" : "";
-  const Observed seen = launch({"client", "com.wendle.DesktopClient" + component});
+  const RunResult seen = launch({"client", "com.wendle.DesktopClient" + component});
   EXPECT_EQ(joined(seen.log), joined(clean_.seen.log));
 }
 

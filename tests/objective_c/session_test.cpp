@@ -4,8 +4,8 @@
 #include <array>
 #include <regex>
 
-#include "observed.h"
 #include "platform/linux/property_list_file.h"
+#include "support/run_result.h"
 
 namespace wendle::test {
 
@@ -41,7 +41,7 @@ TEST(ExportedUninstaller, RunsTheWholeSequenceOfEachMode) {
                                                {"hard", "runInHardMode", quitInOrder},
                                                {"full", "runInFullMode", quitInOrder}}) {
     mac::SimulatedMac mac = macWithFoundation();
-    const Observed seen = observe(mac, {"mode", method});
+    const RunResult seen = runProbe(mac, "objective_c_tests", {"mode", method});
     EXPECT_EQ(seen.outcome + "\n" + seen.out, "exit 0\n" + requests + "/Users/pat\n") << name;
     const std::string log = joined(expectedLines("bare.txt", name + " log"));
     EXPECT_EQ(joined(seen.log),
@@ -57,7 +57,7 @@ static const std::string oneChange =
 TEST(ExportedDockShortcutManager, TellsObserversOfAChangeAndKeepsEveryKindOfValue) {
   mac::SimulatedMac mac = macWithFoundation();
   const PropertyList before = parsePropertyList(mac.read(dockPlist)).value().content;
-  const Observed seen = observe(mac, {"change", folder});
+  const RunResult seen = runProbe(mac, "objective_c_tests", {"change", folder});
   EXPECT_EQ(seen.outcome + "\n" + seen.out, "exit 0\n" + oneChange);
   EXPECT_EQ(joined(seen.journal), "/usr/bin/killall [Dock] exit 1\n");
 
@@ -70,7 +70,7 @@ TEST(ExportedDockShortcutManager, TellsObserversOfAChangeAndKeepsEveryKindOfValu
 
 TEST(ExportedDockShortcutManager, TellsObserversNothingWhenTheValueStays) {
   mac::SimulatedMac mac = macWithFoundation();
-  EXPECT_EQ(observe(mac, {"overlap", folder}).out, oneChange);
+  EXPECT_EQ(runProbe(mac, "objective_c_tests", {"overlap", folder}).out, oneChange);
 }
 
 }  // namespace wendle::test

@@ -1,19 +1,20 @@
+#include "support/clean_run.h"
+
 #include <filesystem>
 
-#include "course.h"
 #include "simulated_mac/shared.h"
 
 namespace wendle::test {
 
 CleanRun cleanRun(const std::string& mode) {
-  SimulatedMac mac = SimulatedMac::scratch();
+  mac::SimulatedMac mac = mac::SimulatedMac::scratch();
   mac::installClient(mac);
   const mac::Snapshot before = mac.snapshot();
-  const Observed seen = observe(mac, {"--" + mode});
+  const RunResult seen = runUninstaller(mac, {"--" + mode});
   return {mode, before, mac.snapshot(), seen, toolRuns(mac)};
 }
 
-std::vector<mac::ToolRun> toolRuns(const SimulatedMac& mac) {
+std::vector<mac::ToolRun> toolRuns(const mac::SimulatedMac& mac) {
   return mac::readJournal(mac.at(mac::journalFolder));
 }
 
@@ -25,7 +26,7 @@ Lines commandsOf(const std::vector<mac::ToolRun>& runs) {
   return lines;
 }
 
-Fault faultAt(const std::vector<mac::ToolRun>& tools, std::size_t at, Fault fault) {
+mac::Fault faultAt(const std::vector<mac::ToolRun>& tools, std::size_t at, mac::Fault fault) {
   fault.tool = nameOf(tools.at(at));
   fault.run = 0;
   for (std::size_t i = 0; i <= at; ++i) fault.run += nameOf(tools[i]) == fault.tool ? 1 : 0;

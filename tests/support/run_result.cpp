@@ -1,0 +1,151 @@
+#include "support/run_result.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <regex>
+
+#include "simulated_mac/verdict.h"
+
+namespace wendle::test {
+namespace {
+
+namespace fs = std::filesystem;
+
+fs::path binaries() { return fs::canonical("/proc/self/exe").parent_path(); }
+
+fs::path pathFromEnvironment(const char* variable, const fs::path& fallback) {
+  const char* path = std::getenv(variable);
+  return path == nullptr ? fallback : fs::path(path);
+}
+
+fs::path executables() { return pathFromEnvironment("WENDLE_EXECUTABLES", binaries()); }
+fs::path loader() { return pathFromEnvironment("WENDLE_LOADER", {}); }
+
+// What errors look like that have another number or text on macOS: here and there.
+constexpr std::array<std::pair<const char*, const char*>, 5> platformErrors{{
+    {R"(16 "Device or resource busy")", R"(16 "Resource busy")"},
+    {R"(35 "Resource deadlock avoided")", R"(11 "Resource deadlock avoided")"},
+    {R"(36 "File name too long")", R"(63 "File name too long")"},
+    {R"(39 "Directory not empty")", R"(66 "Directory not empty")"},
+    {R"(40 "Too many levels of symbolic links")", R"(62 "Too many levels of symbolic links")"},
+}};
+
+// The macOS executable's errors as those of Linux; an error of Linux that it shows is made a wrong one.
+std::string withErrorsOfLinux(std::string line) {
+  const std::string code = "Code=";
+  for (const auto& [ours, theirs] : platformErrors) {
+    const auto ourPlace = line.find(code + ours);
+    const auto theirPlace = line.find(code + theirs);
+    if (theirPlace != std::string::npos) {
+      line.replace(theirPlace + code.size(), std::string(theirs).size(), ours);
+    } else if (ourPlace != std::string::npos) {
+      line.replace(ourPlace + code.size(), std::string(ours).size(), theirs);
+    }
+  }
+  return line;
+}
+
+std::string withoutVariableNames(const std::string& text) {
+  static const std::regex logFile(R"(uninstaller-\d{8}T\d{6}Z-\d+\.log)");
+  static const std::regex toolPrefix(R"(\d{4}-\d\d-\d\d \d\d:\d\d:\d\d\.\d+ defaults\[\d+:\w+\])");
+  return std::regex_replace(std::regex_replace(text, logFile, "LOGFILE"), toolPrefix, "DEFAULTS");
+}
+
+std::string withoutTime(const std::string& record) {
+  static const std::regex form(
+      R"(^\d{4}-\d\d-\d\dT\d\d:\d\d:\d\d\.\d{3}Z (\[(1|4|error)\] (uninstaller|module): .*)$)");
+  std::smatch match;
+  EXPECT_TRUE(std::regex_match(record, match, form)) << "no record: " << record;
+  const std::string line = withoutVariableNames(match[1]);
+  return loader().empty() ? line : withErrorsOfLinux(line);
+}
+
+// By path, so that a parent still stands before what lies in it.
+void sortWalk(Lines& log) {
+  const auto after = [&](const char* text) { return std::find(log.begin(), log.end(), text); };
+  const auto begin = after("[1] uninstaller: Remove folder containers - started");
+  const auto end = after("[1] uninstaller: Remove folder containers - finished");
+  if (begin == log.end() || end == log.end()) return;
+  const auto path = [](const std::string& line) { return line.substr(line.find("file://")); };
+  std::sort(begin + 1, end, [&](const auto& a, const auto& b) { return path(a) < path(b); });
+}
+
+RunResult run(mac::SimulatedMac& mac, const fs::path& program, const Lines& arguments,
+              const mac::SessionOptions& options) {
+  const mac::SessionResult session = mac.run(program, arguments, options);
+  RunResult result{session.outcome, {}, {}, session.out, session.err, session.processes};
+  for (const std::string& record : session.log) result.log.push_back(withoutTime(record));
+  sortWalk(result.log);
+  for (const mac::ToolRun& run : session.journal)
+    result.journal.push_back(commandOf(run) + " " + run.outcome);
+  return result;
+}
+
+RunResult runUnderTest(mac::SimulatedMac& mac, const char* program, const Lines& arguments,
+                       mac::SessionOptions options) {
+  options.loader = loader();
+  return run(mac, executables() / program, arguments, options);
+}
+
+}  // namespace
+
+std::string commandOf(const mac::ToolRun& run) {
+  std::string line = run.tool;
+  for (const std::string& argument : run.arguments) line += " [" + argument + "]";
+  return line;
+}
+
+RunResult runUninstaller(mac::SimulatedMac& mac, const Lines& arguments, const mac::SessionOptions& options) {
+  return runUnderTest(mac, "WendleUninstaller", arguments, options);
+}
+
+RunResult runReport(mac::SimulatedMac& mac, const Lines& arguments) {
+  return runUnderTest(mac, "wendle-uninstall-report", arguments, {.startsProcesses = false});
+}
+
+RunResult runProbe(mac::SimulatedMac& mac, const std::string& probe, const Lines& arguments) {
+  return run(mac, binaries() / probe, arguments, {});
+}
+
+Lines uninstallerCommand() {
+  Lines command;
+  for (const auto& file : {loader(), executables() / "WendleUninstaller"}) {
+    if (!file.empty()) command.push_back(mac::pathInSession(file));
+  }
+  return command;
+}
+
+void expectItsListOnly(const mac::SimulatedMac& mac, const Lines& arguments, const mac::Snapshot& before,
+                       const RunResult& seen) {
+  const mac::Verdict verdict = mac::judge(mac, arguments, before, seen.processes);
+  EXPECT_EQ(joined(verdict.outside), "");
+  EXPECT_EQ(joined(verdict.leftBehind), "");
+}
+
+Lines expectedLines(const std::string& file, const std::string& section) {
+  std::ifstream text(std::string(EXPECTED_TEXTS) + "/" + file);
+  EXPECT_TRUE(text.is_open()) << file;
+  Lines lines;
+  bool inSection = false;
+  for (std::string line; std::getline(text, line);) {
+    if (line.starts_with("== ")) {
+      inSection = line == "== " + section;
+    } else if (inSection && !line.empty()) {
+      lines.push_back(line);
+    }
+  }
+  return lines;
+}
+
+std::string joined(const Lines& lines) {
+  std::string text;
+  for (const std::string& line : lines) text += line + "\n";
+  return text;
+}
+
+}  // namespace wendle::test

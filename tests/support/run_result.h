@@ -1,0 +1,48 @@
+// Runs the executables under test on a simulated Mac. They are those beside the tests' own, or those in the
+// directory that WENDLE_EXECUTABLES names; when WENDLE_LOADER names a program, it is started with their path
+// as its first argument: it runs the macOS executables.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "simulated_mac/simulated_mac.h"
+
+namespace wendle::test {
+
+// Whole sequences, a line each, so that a missing, an extra and a misplaced line all fail.
+using Lines = std::vector<std::string>;
+
+// What one run of an executable showed.
+struct RunResult {
+  std::string outcome;
+  Lines log;  // times, process numbers and the platform's errno numbers made equal; what a folder walk found
+              // sorted: disks differ in order
+  Lines journal;  // /bin/launchctl [unload] [-w] [/Users/pat/...] exit 0
+  std::string out, err;
+  std::vector<mac::ProcessOutcome> processes;
+};
+
+// The tool's path and its arguments, as in `RunResult::journal`; not how it ended.
+[[nodiscard]] std::string commandOf(const mac::ToolRun& run);
+
+[[nodiscard]] RunResult runUninstaller(mac::SimulatedMac& mac, const Lines& arguments,
+                                       const mac::SessionOptions& options = {});
+[[nodiscard]] RunResult runReport(mac::SimulatedMac& mac, const Lines& arguments);
+
+// Runs a program of the tests' own, which lies beside them.
+[[nodiscard]] RunResult runProbe(mac::SimulatedMac& mac, const std::string& probe, const Lines& arguments);
+
+// The words by which a program in the Mac starts the uninstaller.
+[[nodiscard]] Lines uninstallerCommand();
+
+// Nothing but what is on the mode's list was touched, and all that is on it was done.
+void expectItsListOnly(const mac::SimulatedMac& mac, const Lines& arguments, const mac::Snapshot& before,
+                       const RunResult& seen);
+
+// The lines of a file in `expected/` between "== SECTION" and the next such line.
+[[nodiscard]] Lines expectedLines(const std::string& file, const std::string& section);
+
+[[nodiscard]] std::string joined(const Lines& lines);
+
+}  // namespace wendle::test
