@@ -98,9 +98,10 @@ int mdfind(const Strings& arguments) {
 int security(const Strings& arguments) {
   const bool deletes = fits(arguments, "delete-generic-password -l * *");
   if (!deletes && !fits(arguments, "find-generic-password -l * *")) return complain("Usage: security ...", 2);
+  const std::string search = "security: SecKeychainSearchCopyNext: The specified ";
+  if (!fs::exists(arguments[3])) return complain(search + "keychain could not be found.", 50);
   const auto item = findEntry(arguments[3], "label", arguments[2], deletes ? Find::andTake : Find::only);
-  const std::string missing = "The specified item could not be found in the keychain.";
-  if (!item) return complain("security: SecKeychainSearchCopyNext: " + missing, 44);
+  if (!item) return complain(search + "item could not be found in the keychain.", 44);
   std::cout << "keychain: \"" << arguments[3] << "\"\nversion: 512\nclass: \"genp\"\nattributes:\n"
             << "    0x00000007 <blob>=\"" << item->at("label") << "\"\n    \"acct\"<blob>=\""
             << item->at("account") << "\"\n    \"svce\"<blob>=\"" << item->at("service") << "\"\n";
