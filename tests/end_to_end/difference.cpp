@@ -34,10 +34,11 @@ TEST_P(DifferenceTest, ShowsInItsLinesAndInNoOther) {
   mac.addKeychainItem("Other");
   d.arrange(mac);
   const RunResult seen = runUninstaller(mac, {"--" + d.mode});
+  const Lines expected = expectedLines("bare.txt", d.mode);
 
   EXPECT_EQ(seen.outcome, "exit 0");
-  EXPECT_EQ(joined(seen.log), joined(edited(expectedLines("bare.txt", d.mode + " log"), d.log)));
-  EXPECT_EQ(joined(seen.journal), joined(edited(expectedLines("bare.txt", d.mode + " tools"), d.tools)));
+  EXPECT_EQ(joined(seen.log), joined(edited(logIn(expected), d.log)));
+  EXPECT_EQ(joined(seen.journal), joined(edited(journalIn(expected), d.tools)));
   for (const std::string& path : d.gone) EXPECT_FALSE(mac.exists(path)) << path;
   for (const std::string& path : d.kept) EXPECT_TRUE(mac.exists(path)) << path;
   EXPECT_EQ(mac.read(bystander), "do not touch");

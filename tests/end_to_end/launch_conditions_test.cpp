@@ -14,12 +14,12 @@ void expectCourse(mac::SimulatedMac& mac, const Lines& log, const mac::SessionOp
   const RunResult seen = runUninstaller(mac, {"--hard"}, options);
   EXPECT_EQ(seen.outcome, "exit 0");
   EXPECT_EQ(joined(seen.log), joined(log));
-  EXPECT_EQ(joined(seen.journal), joined(expectedLines("hard.txt", "tools")));
+  EXPECT_EQ(joined(seen.journal), joined(journalIn(expectedLines("hard.txt", "run"))));
 }
 
 TEST(LaunchConditions, ChangeNothingInTheSequence) {
   mac::SimulatedMac mac = mac::SimulatedMac::scratch();
-  expectCourse(mac, expectedLines("hard.txt", "log"),
+  expectCourse(mac, logIn(expectedLines("hard.txt", "run")),
                {.closesStandardStreams = true,
                 .ignoresBrokenPipes = true,
                 .blocksAllSignals = true,

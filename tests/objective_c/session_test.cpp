@@ -43,10 +43,10 @@ TEST(ExportedUninstaller, RunsTheWholeSequenceOfEachMode) {
     mac::SimulatedMac mac = macWithFoundation();
     const RunResult seen = runProbe(mac, "objective_c_tests", {"mode", method});
     EXPECT_EQ(seen.outcome + "\n" + seen.out, "exit 0\n" + requests + "/Users/pat\n") << name;
-    const std::string log = joined(expectedLines("bare.txt", name + " log"));
+    const std::string log = joined(logIn(expectedLines("bare.txt", name)));
     EXPECT_EQ(joined(seen.log),
               std::regex_replace(log, std::regex("Application%20Support"), "ApplicationSupport"));
-    EXPECT_EQ(joined(seen.journal), joined(expectedLines("bare.txt", name + " tools")));
+    EXPECT_EQ(joined(seen.journal), joined(journalIn(expectedLines("bare.txt", name))));
   }
 }
 

@@ -75,14 +75,31 @@ void sortWalk(Lines& log) {
   std::sort(begin + 1, end, [&](const auto& a, const auto& b) { return path(a) < path(b); });
 }
 
+// Marks the run of a tool in a sequence.
+const std::string runMark = "> ";
+
+// Each run stands behind the lines that were logged when the tool started.
+Lines inOneOrder(const RunResult& result, const std::vector<mac::ToolRun>& runs) {
+  Lines sequence;
+  std::size_t logged = 0;
+  for (std::size_t i = 0; i < runs.size(); ++i) {
+    for (; logged < std::min(runs[i].logged, result.log.size()); ++logged)
+      sequence.push_back(result.log[logged]);
+    sequence.push_back(runMark + result.journal[i]);
+  }
+  sequence.insert(sequence.end(), result.log.begin() + static_cast<std::ptrdiff_t>(logged), result.log.end());
+  return sequence;
+}
+
 RunResult run(mac::SimulatedMac& mac, const fs::path& program, const Lines& arguments,
               const mac::SessionOptions& options) {
   const mac::SessionResult session = mac.run(program, arguments, options);
-  RunResult result{session.outcome, {}, {}, session.out, session.err, session.processes};
+  RunResult result{session.outcome, {}, {}, {}, session.out, session.err, session.processes};
   for (const std::string& record : session.log) result.log.push_back(withoutTime(record));
   sortWalk(result.log);
   for (const mac::ToolRun& run : session.journal)
     result.journal.push_back(commandOf(run) + " " + run.outcome);
+  result.sequence = inOneOrder(result, session.journal);
   return result;
 }
 
@@ -140,6 +157,19 @@ Lines expectedLines(const std::string& file, const std::string& section) {
     }
   }
   return lines;
+}
+
+Lines logIn(const Lines& sequence) {
+  Lines log = sequence;
+  std::erase_if(log, [](const std::string& line) { return line.starts_with(runMark); });
+  return log;
+}
+
+Lines journalIn(const Lines& sequence) {
+  Lines journal;
+  for (const std::string& line : sequence)
+    if (line.starts_with(runMark)) journal.push_back(line.substr(runMark.size()));
+  return journal;
 }
 
 std::string joined(const Lines& lines) {

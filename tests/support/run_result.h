@@ -18,7 +18,8 @@ struct RunResult {
   std::string outcome;
   Lines log;  // times, process numbers and the platform's errno numbers made equal; what a folder walk found
               // sorted: disks differ in order
-  Lines journal;  // /bin/launchctl [unload] [-w] [/Users/pat/...] exit 0
+  Lines journal;   // /bin/launchctl [unload] [-w] [/Users/pat/...] exit 0
+  Lines sequence;  // both in one order, the runs of tools marked by "> "
   std::string out, err;
   std::vector<mac::ProcessOutcome> processes;
 };
@@ -42,6 +43,10 @@ void expectItsListOnly(const mac::SimulatedMac& mac, const Lines& arguments, con
 
 // The lines of a file in `expected/` between "== SECTION" and the next such line.
 [[nodiscard]] Lines expectedLines(const std::string& file, const std::string& section);
+
+// The two parts of a sequence, as `RunResult` has them.
+[[nodiscard]] Lines logIn(const Lines& sequence);
+[[nodiscard]] Lines journalIn(const Lines& sequence);
 
 [[nodiscard]] std::string joined(const Lines& lines);
 
