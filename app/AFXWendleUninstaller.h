@@ -26,7 +26,7 @@ __attribute__((visibility("default")))
 /// The same, and deletes every copy that Spotlight finds: those on other volumes and in backups as well.
 - (void)runInFullMode;
 
-/// The first instance connects the issue reporter to the log.
+/// Connects the issue reporter to the log and enables it.
 - (instancetype)init;
 
 /// The one instance that the command line uses; made on first use.

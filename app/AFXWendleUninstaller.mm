@@ -1,5 +1,6 @@
 #import "app/AFXWendleUninstaller.h"
 
+#include "app/argument_dispatch.h"
 #include "app/wendle_uninstaller.h"
 
 using wendle::WendleUninstaller;
@@ -7,24 +8,24 @@ using wendle::WendleUninstaller;
 @implementation AFXWendleUninstaller
 
 - (void)runInUpdatesMode {
-  WendleUninstaller::shared().runInUpdatesMode();
+  WendleUninstaller::runInUpdatesMode();
 }
 
 - (void)runInSoftMode {
-  WendleUninstaller::shared().runInSoftMode();
+  WendleUninstaller::runInSoftMode();
 }
 
 - (void)runInHardMode {
-  WendleUninstaller::shared().runInHardMode();
+  WendleUninstaller::runInHardMode();
 }
 
 - (void)runInFullMode {
-  WendleUninstaller::shared().runInFullMode();
+  WendleUninstaller::runInFullMode();
 }
 
 - (instancetype)init {
   self = [super init];
-  (void)WendleUninstaller::shared();
+  static_cast<void>(WendleUninstaller());
   return self;
 }
 
@@ -34,3 +35,21 @@ using wendle::WendleUninstaller;
 }
 
 @end
+
+namespace wendle {
+
+void runMode(Mode mode) {
+  AFXWendleUninstaller* shared = [AFXWendleUninstaller shared];
+  switch (mode) {
+    case Mode::updates:
+      return [shared runInUpdatesMode];
+    case Mode::soft:
+      return [shared runInSoftMode];
+    case Mode::hard:
+      return [shared runInHardMode];
+    case Mode::full:
+      return [shared runInFullMode];
+  }
+}
+
+}  // namespace wendle

@@ -1,7 +1,9 @@
 #include "app/wendle_uninstaller.h"
 
+#include <algorithm>
 #include <string>
 
+#include "app/modes.h"
 #include "client/application_bundles.h"
 #include "client/bundle_identifier.h"
 #include "client/client_locations.h"
@@ -66,14 +68,15 @@ void removeUserData() {
   removeClientFolders();
 }
 
+void noteStart(Mode mode) {
+  const auto* found = std::find_if(modeSwitches.begin(), modeSwitches.end(),
+                                   [mode](const ModeSwitch& each) { return each.mode == mode; });
+  note("Wendle Uninstaller - started in " + std::string(found->nameInLog) + " mode");
+}
+
 void sayGoodbye() { note("Removal Completed - 😔 Sorry to see you go. 😔"); }
 
 }  // namespace
-
-WendleUninstaller& WendleUninstaller::shared() {
-  static WendleUninstaller uninstaller;
-  return uninstaller;
-}
 
 WendleUninstaller::WendleUninstaller() {
   IssuesReporter& reporter = IssuesReporter::sharedInstance();
@@ -85,7 +88,7 @@ WendleUninstaller::WendleUninstaller() {
 
 void WendleUninstaller::runInUpdatesMode() {
   const auto searchExtension = bundleIdentifierStrings({BundleIdentifier::searchExtension});
-  note("Wendle Uninstaller - started in updates mode");
+  noteStart(Mode::updates);
   killWendleLegacyProcesses(searchExtension);
   unloadLaunchAgents();
   ignoreFinderSyncExtension();
@@ -96,7 +99,7 @@ void WendleUninstaller::runInUpdatesMode() {
 }
 
 void WendleUninstaller::runInSoftMode() {
-  note("Wendle Uninstaller - started in keep applications mode");
+  noteStart(Mode::soft);
   detachFromSystem();
   removeInstancesOutsideExceptions();
   removeUserData();
@@ -104,7 +107,7 @@ void WendleUninstaller::runInSoftMode() {
 }
 
 void WendleUninstaller::runInHardMode() {
-  note("Wendle Uninstaller - started in uninstall completely mode");
+  noteStart(Mode::hard);
   removeWendleApp();
   detachFromSystem();
   removeInstancesOutsideExceptions();
@@ -115,7 +118,7 @@ void WendleUninstaller::runInHardMode() {
 
 // Without the closing line.
 void WendleUninstaller::runInFullMode() {
-  note("Wendle Uninstaller - started in full mode");
+  noteStart(Mode::full);
   removeWendleApp();
   detachFromSystem();
   removeEveryInstance();

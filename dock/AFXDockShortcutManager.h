@@ -5,7 +5,7 @@
 NS_ASSUME_NONNULL_BEGIN
 
 /// Manages a folder's tile, labelled "Wendle", among the Dock's persistent other items, by editing the Dock's
-/// own preferences and restarting it. To be used through its shared instance: the flag of any other stays NO.
+/// own preferences and restarting it. Each instance has a flag and observers of its own.
 __attribute__((visibility("default")))
 @interface AFXDockShortcutManager : NSObject {
  @private

@@ -33,15 +33,7 @@ DockShortcutManager::Completion completionOf(void (^block)(BOOL)) {
 @synthesize isChangingPersistenceOfShortcutInDock = _isChangingPersistenceOfShortcutInDock;
 
 + (AFXDockShortcutManager*)sharedInstance {
-  static AFXDockShortcutManager* const manager = [] {
-    AFXDockShortcutManager* made = [[AFXDockShortcutManager alloc] init];
-    DockShortcutManager& inner = DockShortcutManager::sharedInstance();
-    inner.observeFlag(
-        {nullptr, [made, &inner] {
-           [made setIsChangingPersistenceOfShortcutInDock:inner.isChangingPersistenceOfShortcutInDock()];
-         }});
-    return made;
-  }();
+  static AFXDockShortcutManager* const manager = [[AFXDockShortcutManager alloc] init];
   return manager;
 }
 
@@ -58,15 +50,17 @@ DockShortcutManager::Completion completionOf(void (^block)(BOOL)) {
 }
 
 - (BOOL)getPersistenceOfShortcutInDockFolderURL:(NSURL*)folderURL {
-  return DockShortcutManager::sharedInstance().getPersistenceOfShortcutInDockFolderURL(fileUrlOf(folderURL));
+  return DockShortcutManager::getPersistenceOfShortcutInDockFolderURL(fileUrlOf(folderURL));
 }
 
+// What the change holds of this object keeps it alive until the flag has fallen.
 - (void)changePersistenceOfShortcutInDockFolderURL:(NSURL*)folderURL
                                                add:(BOOL)add
                                         completion:(void (^)(BOOL result))completion {
   using Change = DockShortcutManager::Change;
-  DockShortcutManager::sharedInstance().changePersistenceOfShortcutInDockFolderURL(
-      fileUrlOf(folderURL), add ? Change::add : Change::remove, completionOf(completion));
+  DockShortcutManager::changePersistenceOfShortcutInDockFolderURL(
+      fileUrlOf(folderURL), add ? Change::add : Change::remove, completionOf(completion),
+      [self](bool isChanging) { [self setIsChangingPersistenceOfShortcutInDock:isChanging ? YES : NO]; });
 }
 
 - (NSURL*)fileURLWithFixedTrailingSlash:(NSURL*)url {

@@ -64,7 +64,7 @@ void editTiles(const std::optional<FileUrl>& folder, DockShortcutManager::Change
   UserDefaults dock(dockDomain);
   PropertyListArray tiles = dockTiles();
   if (const auto found = firstTileOf(tiles, folder); found != tiles.end()) {
-    std::erase_if(tiles, [tile = *found](const PropertyList& other) { return other == tile; });
+    std::erase_if(tiles, [tile = *found](const PropertyList& other) { return isEqual(other, tile); });
   }
   if (change == DockShortcutManager::Change::add) tiles.insert(tiles.begin(), makeTile(folder));
   dock.setObject({tiles}, tilesKey);
@@ -93,8 +93,7 @@ DockShortcutManager& DockShortcutManager::sharedInstance() {
   return *manager;
 }
 
-bool DockShortcutManager::getPersistenceOfShortcutInDockFolderURL(
-    const std::optional<FileUrl>& folder) const {
+bool DockShortcutManager::getPersistenceOfShortcutInDockFolderURL(const std::optional<FileUrl>& folder) {
   const PropertyListArray tiles = dockTiles();
   return firstTileOf(tiles, fileURLWithFixedTrailingSlash(folder)) != tiles.end();
 }
@@ -102,14 +101,23 @@ bool DockShortcutManager::getPersistenceOfShortcutInDockFolderURL(
 void DockShortcutManager::changePersistenceOfShortcutInDockFolderURL(const std::optional<FileUrl>& folder,
                                                                      Change change,
                                                                      const Completion& completion) {
-  setIsChangingPersistenceOfShortcutInDock(true);
-  asyncOnUtilityQueue([this, folder = fileURLWithFixedTrailingSlash(folder), change, completion] {
+  changePersistenceOfShortcutInDockFolderURL(folder, change, completion, [this](bool isChanging) {
+    setIsChangingPersistenceOfShortcutInDock(isChanging);
+  });
+}
+
+void DockShortcutManager::changePersistenceOfShortcutInDockFolderURL(const std::optional<FileUrl>& folder,
+                                                                     Change change,
+                                                                     const Completion& completion,
+                                                                     const FlagSetter& setFlag) {
+  setFlag(true);
+  asyncOnUtilityQueue([folder = fileURLWithFixedTrailingSlash(folder), change, completion, setFlag] {
     editTiles(folder, change);
     waitForWriting();
     restartDock();
-    if (!completion) return setIsChangingPersistenceOfShortcutInDock(false);
-    afterDelayOnMainQueue(dockStartTime, [this, completion] {
-      setIsChangingPersistenceOfShortcutInDock(false);
+    if (!completion) return setFlag(false);
+    afterDelayOnMainQueue(dockStartTime, [completion, setFlag] {
+      setFlag(false);
       completion(true);
     });
   });
@@ -121,10 +129,7 @@ std::optional<FileUrl> DockShortcutManager::fileURLWithFixedTrailingSlash(const 
 }
 
 void DockShortcutManager::setIsChangingPersistenceOfShortcutInDock(bool isChanging) {
-  if (isChanging_ == isChanging) return;
-  if (observer_.willChange) observer_.willChange();
-  isChanging_ = isChanging;
-  if (observer_.didChange) observer_.didChange();
+  if (isChanging_.exchange(isChanging) != isChanging && didChange_) didChange_();
 }
 
 }  // namespace wendle

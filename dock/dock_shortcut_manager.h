@@ -15,25 +15,22 @@ class DockShortcutManager {
  public:
   enum class Change { remove, add };
   using Completion = std::function<void(bool result)>;
+  using FlagSetter = std::function<void(bool isChanging)>;
 
-  // Called before and after the flag changes its value, on the thread that changes it.
-  struct FlagObserver {
-    std::function<void()> willChange;
-    std::function<void()> didChange;
-  };
-
+  // The one instance that lives until the process ends. Any other must outlive its changes.
   [[nodiscard]] static DockShortcutManager& sharedInstance();
 
   // Whether a change is under way: true from the call of changePersistence... on. With overlapping changes it
   // becomes false when the first of them ends.
   [[nodiscard]] bool isChangingPersistenceOfShortcutInDock() const { return isChanging_; }
 
-  // At most one observer; to be set before the first change.
-  void observeFlag(FlagObserver observer) { observer_ = std::move(observer); }
+  // `didChange` is called after the flag has changed its value, on the thread that changes it. At most one
+  // observer; to be set before the first change.
+  void observeFlag(std::function<void()> didChange) { didChange_ = std::move(didChange); }
 
   // Whether the Dock has a tile of the folder: one whose URL is the folder's to the letter. No folder has
   // none.
-  [[nodiscard]] bool getPersistenceOfShortcutInDockFolderURL(const std::optional<FileUrl>& folder) const;
+  [[nodiscard]] static bool getPersistenceOfShortcutInDockFolderURL(const std::optional<FileUrl>& folder);
 
   // Sees to it that the folder's tile is the first one, or takes its first tile out, on another thread:
   // returns at once. The Dock is restarted at least 2 seconds after its preferences were written, also when
@@ -47,6 +44,12 @@ class DockShortcutManager {
   void changePersistenceOfShortcutInDockFolderURL(const std::optional<FileUrl>& folder, Change change,
                                                   const Completion& completion);
 
+  // The same for a flag that the caller keeps: `setFlag` is called with true on the calling thread, and with
+  // false on the thread on which the change ends.
+  static void changePersistenceOfShortcutInDockFolderURL(const std::optional<FileUrl>& folder, Change change,
+                                                         const Completion& completion,
+                                                         const FlagSetter& setFlag);
+
   // The URL made anew from its path, with a slash at the end when that is an existing directory.
   [[nodiscard]] static std::optional<FileUrl> fileURLWithFixedTrailingSlash(
       const std::optional<FileUrl>& url);
@@ -55,7 +58,7 @@ class DockShortcutManager {
   void setIsChangingPersistenceOfShortcutInDock(bool isChanging);
 
   std::atomic<bool> isChanging_ = false;
-  FlagObserver observer_;
+  std::function<void()> didChange_;
 };
 
 }  // namespace wendle

@@ -50,7 +50,7 @@ void changeWithCompletion(const FileUrl& folder) {
 
 int main(int argc, char** argv) {
   DockShortcutManager& manager = DockShortcutManager::sharedInstance();
-  manager.observeFlag({[] { std::cout << "will change\n"; }, tellOfFlag});
+  manager.observeFlag(tellOfFlag);
   for (int i = 1; i + 1 < argc; i += 2) {
     const std::string_view verb = argv[i];
     const FileUrl folder = FileUrl::fileUrlWithPath(argv[i + 1]);

@@ -11,8 +11,10 @@
 
 #import "app/AFXWendleUninstaller.h"
 #import "app/WendleUninstallerResources.h"
+#include "app/argument_dispatch.h"
 #import "dock/AFXDockShortcutManager.h"
 #include "logging/issues_reporter.h"
+#include "logging/logger.h"
 #include "platform/folder_bookmark.h"
 #include "platform/letter_case.h"
 #include "platform/macos/foundation_property_list.h"
@@ -68,11 +70,35 @@ TEST(ExportedClasses, HaveOneInstanceAlsoForConcurrentFirstCalls) {
   EXPECT_TRUE([bundle isKindOfClass:[NSBundle class]] && bundle == [WendleUninstallerResources bundle]);
 }
 
-TEST(ExportedUninstaller, ConnectsTheReporterOnce) {
+struct ToStandardError : LogDestination {
+  void write(std::string_view record) override { std::cerr << record; }
+};
+
+// Also once somebody else has taken the reporter.
+TEST(ExportedUninstaller, ConnectsTheReporterWithEveryInstance) {
   (void)[[AFXWendleUninstaller alloc] init];
   IssuesReporter::sharedInstance().setMessageLogger([](const auto& message) { std::cerr << message; });
-  (void)[[AFXWendleUninstaller alloc] init];  // leaves our logger in its place
-  EXPECT_EXIT(std::terminate(), testing::KilledBySignal(SIGABRT), "^Ended by an uncaught exception");
+  Logger::module().addDestination(std::make_shared<ToStandardError>());
+  (void)[[AFXWendleUninstaller alloc] init];
+  EXPECT_EXIT(std::terminate(), testing::KilledBySignal(SIGABRT),
+              "\\[1\\] module: Ended by an uncaught exception");
+}
+
+static std::pair<id, std::string> asked;
+
+TEST(ExportedUninstaller, IsAskedByTheDispatch) {
+  const auto record = [](id uninstaller, SEL method) { asked = {uninstaller, sel_getName(method)}; };
+  for (const auto& [mode, name] : {std::pair{Mode::updates, "runInUpdatesMode"},
+                                   {Mode::soft, "runInSoftMode"},
+                                   {Mode::hard, "runInHardMode"},
+                                   {Mode::full, "runInFullMode"}}) {
+    Method method = class_getInstanceMethod([AFXWendleUninstaller class], sel_registerName(name));
+    void (*recorder)(id, SEL) = record;
+    const IMP original = method_setImplementation(method, reinterpret_cast<IMP>(recorder));
+    runMode(mode);
+    method_setImplementation(method, original);
+    EXPECT_EQ(asked, (std::pair<id, std::string>([AFXWendleUninstaller shared], name)));
+  }
 }
 
 TEST(ExportedDockShortcutManager, SpeaksForItsFlagItselfAndFixesTrailingSlashes) {

@@ -2,6 +2,7 @@
 // simulated Mac:   objective_c_tests mode METHOD | change FOLDER | overlap FOLDER
 // It prints what it sees, a line each.
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <iostream>
 
@@ -36,8 +37,15 @@ static void runMode(NSString* method) {
   std::cout << requests << homeDirectoryPath() << "\n";
 }
 
+static void removeTile(AFXDockShortcutManager* manager, NSURL* folder) {
+  [manager changePersistenceOfShortcutInDockFolderURL:folder add:NO completion:nil];
+  while (manager.isChangingPersistenceOfShortcutInDock) ::usleep(10'000);
+  std::cout << "has " << int{[manager getPersistenceOfShortcutInDockFolderURL:folder]} << "\n";
+}
+
 static void addTile(NSURL* folder, bool overlaps) {
-  AFXDockShortcutManager* manager = [AFXDockShortcutManager sharedInstance];
+  AFXDockShortcutManager* manager =
+      overlaps ? [[AFXDockShortcutManager alloc] init] : [AFXDockShortcutManager sharedInstance];
   std::cout << "has " << int{[manager getPersistenceOfShortcutInDockFolderURL:folder]} << "\n";
   const NSKeyValueObservingOptions both = NSKeyValueObservingOptionOld | NSKeyValueObservingOptionNew;
   NSString* key = @"isChangingPersistenceOfShortcutInDock";
@@ -53,6 +61,11 @@ static void addTile(NSURL* folder, bool overlaps) {
   [manager changePersistenceOfShortcutInDockFolderURL:folder add:YES completion:completion];
   serveMainQueueUntil([] { return isDone; });
   std::cout << "has " << int{[manager getPersistenceOfShortcutInDockFolderURL:folder]} << "\n";
+  if (!overlaps) return;
+  (void)!::chdir(folder.path.UTF8String);  // a URL without a path is not this folder's
+  NSURL* pathless = [NSURL URLWithString:@"mailto:pat"];
+  std::cout << "has " << int{[manager getPersistenceOfShortcutInDockFolderURL:pathless]} << "\n";
+  removeTile(manager, folder);
 }
 
 }  // namespace wendle::test
