@@ -17,11 +17,14 @@ namespace {
 // What macOS sets for an application that it starts.
 constexpr std::string_view identifierVariable = "__CFBundleIdentifier=";
 
-// The environment of a process of this user: each entry between two zero bytes. Empty for another's.
+// The environment of a process of this user: each entry between two zero bytes. Empty for another's. The
+// directory has the process's owner; the files in it are the superuser's where it may not be looked into
+// (proc(5)).
 std::string environmentOf(int processTable, const std::string& process) {
-  const UniqueFd file(::openat(processTable, (process + "/environ").c_str(), O_RDONLY | O_CLOEXEC));
+  const UniqueFd directory(::openat(processTable, process.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
   struct stat status {};
-  if (::fstat(file.get(), &status) != 0 || status.st_uid != ::geteuid()) return {};
+  if (::fstat(directory.get(), &status) != 0 || status.st_uid != ::geteuid()) return {};
+  const UniqueFd file(::openat(directory.get(), "environ", O_RDONLY | O_CLOEXEC));
   std::string environment(1, '\0');
   return environment.append(contentOf(file));
 }
