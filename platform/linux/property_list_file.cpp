@@ -8,6 +8,8 @@
 #include <limits>
 #include <memory>
 
+#include "platform/linux/property_list_bounds.h"
+
 namespace wendle {
 namespace {
 
@@ -20,18 +22,18 @@ struct FreeText {
 using Node = std::unique_ptr<void, FreeNode>;
 using Text = std::unique_ptr<char, FreeText>;
 
-// Each of these returns false for a kind that PropertyList does not know.
-bool read(plist_t node, PropertyList& into);
+// Each of these returns false for a kind that PropertyList does not know, and below too many levels.
+bool read(plist_t node, int level, PropertyList& into);
 
-bool readArray(plist_t node, PropertyListArray& into) {
+bool readArray(plist_t node, int level, PropertyListArray& into) {
   into.resize(::plist_array_get_size(node));
   for (uint32_t i = 0; i < into.size(); ++i) {
-    if (!read(::plist_array_get_item(node, i), into[i])) return false;
+    if (!read(::plist_array_get_item(node, i), level + 1, into[i])) return false;
   }
   return true;
 }
 
-bool readDictionary(plist_t node, PropertyListDictionary& into) {
+bool readDictionary(plist_t node, int level, PropertyListDictionary& into) {
   plist_dict_iter rawIterator = nullptr;
   ::plist_dict_new_iter(node, &rawIterator);
   const Text iterator(static_cast<char*>(rawIterator));
@@ -41,7 +43,7 @@ bool readDictionary(plist_t node, PropertyListDictionary& into) {
     ::plist_dict_next_item(node, rawIterator, &rawKey, &value);
     const Text key(rawKey);
     if (value == nullptr) return true;
-    if (!key || !read(value, into[key.get()])) return false;
+    if (!key || !read(value, level + 1, into[key.get()])) return false;
   }
 }
 
@@ -81,7 +83,8 @@ PropertyListDate dateOf(plist_t node) {
   return {seconds < 0 ? seconds - fraction : seconds + fraction};
 }
 
-bool read(plist_t node, PropertyList& into) {
+bool read(plist_t node, int level, PropertyList& into) {
+  if (level > maxPropertyListLevels) return false;
   switch (::plist_get_node_type(node)) {
     case PLIST_STRING:
       into.value = bytesOf(node, ::plist_get_string_ptr);
@@ -102,9 +105,9 @@ bool read(plist_t node, PropertyList& into) {
       into.value = dateOf(node);
       return true;
     case PLIST_ARRAY:
-      return readArray(node, into.value.emplace<PropertyListArray>());
+      return readArray(node, level, into.value.emplace<PropertyListArray>());
     case PLIST_DICT:
-      return readDictionary(node, into.value.emplace<PropertyListDictionary>());
+      return readDictionary(node, level, into.value.emplace<PropertyListDictionary>());
     default:
       return false;
   }
@@ -148,13 +151,13 @@ Node toNode(const PropertyList& list) { return Node(std::visit(MakeNode(), list.
 std::optional<PropertyListFile> parsePropertyList(const std::string& bytes) {
   if (bytes.size() > std::numeric_limits<uint32_t>::max()) return std::nullopt;
   const auto length = static_cast<uint32_t>(bytes.size());
-  plist_t parsed = nullptr;
-  ::plist_from_memory(bytes.data(), length, &parsed);
-  const Node root(parsed);
-  if (!root) return std::nullopt;
-  std::optional<PropertyListFile> file(std::in_place);
-  if (!read(root.get(), file->content)) return std::nullopt;
   const bool isBinary = ::plist_is_binary(bytes.data(), length) != 0;
+  if (!(isBinary ? isBoundedBinary(bytes) : isBoundedXml(bytes))) return std::nullopt;
+  plist_t parsed = nullptr;
+  (isBinary ? ::plist_from_bin : ::plist_from_xml)(bytes.data(), length, &parsed);
+  const Node root(parsed);
+  std::optional<PropertyListFile> file(std::in_place);
+  if (!root || !read(root.get(), 1, file->content)) return std::nullopt;
   file->format = isBinary ? PropertyListFormat::binary : PropertyListFormat::xml;
   return file;
 }

@@ -14,7 +14,8 @@ struct PropertyListFile {
   PropertyListFormat format = PropertyListFormat::binary;
 };
 
-// None for text that is no property list, or holds a kind that PropertyList does not know.
+// None for text that is no property list, holds a kind that PropertyList does not know, or would take
+// unbounded stack or memory (platform/linux/property_list_bounds.h).
 [[nodiscard]] std::optional<PropertyListFile> parsePropertyList(const std::string& bytes);
 
 [[nodiscard]] std::string serialized(const PropertyListFile& file);

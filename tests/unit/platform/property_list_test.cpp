@@ -42,5 +42,41 @@ TEST(PropertyListFile, IsNoneForWhatIsNoPropertyList) {
   for (const char* text : {"", "text", "bplist00", "<plist>"}) EXPECT_FALSE(parsePropertyList(text)) << text;
 }
 
+std::string nestedXml(size_t levels) {
+  std::string text = "<plist version=\"1.0\">";
+  for (size_t i = 0; i < levels; ++i) text += "<array>";
+  for (size_t i = 0; i < levels; ++i) text += "</array>";
+  return text + "</plist>";
+}
+
+// A binary list of so many arrays, each with `references` to the next, and an empty one at the end.
+std::string nestedBinary(size_t levels, size_t references) {
+  const auto twoBytes = [](size_t number) {
+    return std::string{static_cast<char>(number >> 8U), static_cast<char>(number & 0xFFU)};
+  };
+  std::string text = "bplist00", offsets;
+  for (size_t i = 1; i <= levels; ++i) {
+    offsets += twoBytes(text.size());
+    text += static_cast<char>(0xA0U | (i == levels ? 0 : references));
+    for (size_t k = 0; i < levels && k < references; ++k) text += twoBytes(i);
+  }
+  const std::string table = std::string(6, 0) + twoBytes(text.size());
+  return text + offsets + std::string(6, 0) + "\x02\x02" + std::string(6, 0) + twoBytes(levels) +
+         std::string(8, 0) + table;
+}
+
+TEST(PropertyListFile, IsNoneForWhatWouldTakeUnboundedStackOrMemory) {
+  for (const auto& bounded : {nestedXml(512), nestedBinary(512, 1), nestedBinary(16, 2)})
+    EXPECT_TRUE(parsePropertyList(bounded)) << bounded.substr(0, 8);
+  for (const size_t levels : {513, 100'000, 2'000'000})
+    EXPECT_FALSE(parsePropertyList(nestedXml(levels))) << levels;
+  EXPECT_FALSE(parsePropertyList(nestedBinary(513, 1)));
+  EXPECT_FALSE(parsePropertyList(nestedBinary(10'000, 1)));
+  EXPECT_FALSE(parsePropertyList(nestedBinary(100, 2)));
+  std::string loop = nestedBinary(2, 1);
+  loop[10] = 0;  // the reference
+  EXPECT_FALSE(parsePropertyList(loop));
+}
+
 }  // namespace
 }  // namespace wendle
