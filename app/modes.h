@@ -3,6 +3,8 @@
 #include <array>
 #include <string_view>
 
+#include "client/removal_plan.h"
+
 namespace wendle {
 
 enum class Mode { soft, hard, updates, full };
@@ -17,5 +19,14 @@ inline constexpr std::array<ModeSwitch, 4> modeSwitches{{{"--soft", Mode::soft, 
                                                          {"--hard", Mode::hard, "uninstall completely"},
                                                          {"--updates", Mode::updates, "updates"},
                                                          {"--full", Mode::full, "full"}}};
+
+// Runs the mode: its start line, then its steps one after another. No step reports a failure here: each logs
+// its own, and the next one runs whatever happened. Throws what nothing is meant to catch (LaunchException,
+// no memory).
+void runSteps(Mode mode);
+
+// What a run of the mode by this process's user would do now. Changes nothing and logs nothing; starts tools
+// that only read. Throws LaunchException when one of them cannot be started.
+[[nodiscard]] RemovalPlan planMode(Mode mode);
 
 }  // namespace wendle

@@ -41,11 +41,14 @@ std::string continuation(const std::string& path, std::string_view followingLine
   return {};
 }
 
-bool isExempt(const std::string& path) {
-  if (path.find("/Volumes") != std::string::npos || path.find("/DerivedData/") != std::string::npos)
-    return true;
+// Why the copy at `path` is kept; empty when it is not. The last two look at the disk, so they come last.
+std::string_view exemption(const std::string& path) {
+  if (path.find("/Volumes") != std::string::npos) return "on another volume";
+  if (path.find("/DerivedData/") != std::string::npos) return "in a build folder";
   const FileUrl item = FileUrl::fileUrlWithPath(path);
-  return isInBackupDatabase(item) || isInSafetyNetFolder(item) || isInNumberedWrpFolder(item);
+  if (isInBackupDatabase(item)) return "in a backup";
+  if (isInSafetyNetFolder(item)) return "beside a _CCC SafetyNet folder";
+  return isInNumberedWrpFolder(item) ? "in a numbered .wrp folder" : "";
 }
 
 template <typename Find>
@@ -53,6 +56,15 @@ void removeInstances(Find find) {
   for (const std::string& identifier : bundleIdentifierStrings(instanceBundleIdentifiers())) {
     for (const std::string& path : find(identifier)) {
       deleteItem(FileUrl::fileUrlWithPath(path), deleteFolderPrefix);
+    }
+  }
+}
+
+template <typename Visit>
+void planInstances(Visit visit) {
+  for (const std::string& identifier : bundleIdentifierStrings(instanceBundleIdentifiers())) {
+    for (const std::string& path : findSpotlightPaths(identifier)) {
+      visit(path, "a copy of " + identifier + " that Spotlight lists");
     }
   }
 }
@@ -85,12 +97,23 @@ std::vector<std::string> findSpotlightPaths(const std::string& bundleIdentifier)
 
 std::vector<std::string> findAppBundles(const std::string& bundleIdentifier) {
   std::vector<std::string> paths = findSpotlightPaths(bundleIdentifier);
-  std::erase_if(paths, isExempt);
+  std::erase_if(paths, [](const std::string& path) { return !exemption(path).empty(); });
   return paths;
 }
 
 void removeInstancesWithExceptions() { removeInstances(findAppBundles); }
 
 void removeAllInstances() { removeInstances(findSpotlightPaths); }
+
+void planInstancesWithExceptions(RemovalPlan& plan) {
+  planInstances([&](const std::string& path, const std::string& why) {
+    const std::string_view because = exemption(path);
+    because.empty() ? plan.addPath(path, why) : plan.keep(path, because);
+  });
+}
+
+void planAllInstances(RemovalPlan& plan) {
+  planInstances([&](const std::string& path, const std::string& why) { plan.addPath(path, why); });
+}
 
 }  // namespace wendle

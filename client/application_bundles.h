@@ -4,6 +4,8 @@
 #include <string_view>
 #include <vector>
 
+#include "client/removal_plan.h"
+
 namespace wendle {
 
 // The client's component applications, wherever Spotlight's index has a copy of them.
@@ -26,5 +28,9 @@ void removeInstancesWithExceptions();
 
 // Deletes every copy that findSpotlightPaths() finds: those on other volumes and in backups as well.
 void removeAllInstances();
+
+// What these two would do.
+void planInstancesWithExceptions(RemovalPlan& plan);
+void planAllInstances(RemovalPlan& plan);
 
 }  // namespace wendle

@@ -10,6 +10,14 @@
 namespace wendle {
 namespace {
 
+std::string launchAgentAppPath(const std::string& name) {
+  return wendleLaunchAgentsDirectory() + "/" + name + ".app";
+}
+
+std::vector<std::string> supportFolderPaths() {
+  return {wendleSupportDirectory(), sharedWendleDirectory(), wendleAppPath()};
+}
+
 void removeWithTool(const std::string& path) {
   Task task;
   task.setExecutable("/bin/rm");
@@ -25,7 +33,7 @@ void removeWithTool(const std::string& path) {
 
 void removeLaunchAgentApps(const std::vector<std::string>& names) {
   for (const std::string& name : names) {
-    const std::string path = wendleLaunchAgentsDirectory() + "/" + name + ".app";
+    const std::string path = launchAgentAppPath(name);
     if (fileExists(path)) removeWithTool(path);
   }
 }
@@ -46,7 +54,7 @@ void removeFolderContainers() {
 }
 
 void removeSupportFolders() {
-  for (const std::string& path : {wendleSupportDirectory(), sharedWendleDirectory(), wendleAppPath()}) {
+  for (const std::string& path : supportFolderPaths()) {
     deleteItem(FileUrl::fileUrlWithPath(path), deleteFolderPrefix);
   }
 }
@@ -56,6 +64,23 @@ void removeClientFolders() {
   for (const std::string& path : preferenceFilePaths()) {
     deleteItem(FileUrl::fileUrlWithPath(path), deleteFilePrefix);
   }
+}
+
+void planLaunchAgentApps(RemovalPlan& plan, const std::vector<std::string>& names) {
+  for (const std::string& name : names) {
+    plan.addPath(launchAgentAppPath(name), "the search extension in the client's own launch agents folder");
+  }
+}
+
+void planFolderContainers(RemovalPlan& plan) {
+  for (const FileUrl& container : findFolderContainers()) {
+    plan.addPath(container.path(), "a container whose name begins with com.wendle.");
+  }
+}
+
+void planClientFolders(RemovalPlan& plan) {
+  for (const std::string& path : supportFolderPaths()) plan.addPath(path, "the client's folder");
+  for (const std::string& path : preferenceFilePaths()) plan.addPath(path, "the client's preferences");
 }
 
 }  // namespace wendle

@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "client/removal_plan.h"
 #include "platform/file_url.h"
 
 namespace wendle {
@@ -26,5 +27,10 @@ void removeSupportFolders();
 
 // Deletes the support folders and the preference files.
 void removeClientFolders();
+
+// What removeLaunchAgentApps(), removeFolderContainers() and removeClientFolders() would do.
+void planLaunchAgentApps(RemovalPlan& plan, const std::vector<std::string>& names);
+void planFolderContainers(RemovalPlan& plan);
+void planClientFolders(RemovalPlan& plan);
 
 }  // namespace wendle

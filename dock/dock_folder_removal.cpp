@@ -1,5 +1,8 @@
 #include "dock/dock_folder_removal.h"
 
+#include <algorithm>
+#include <cctype>
+#include <initializer_list>
 #include <limits>
 #include <stdexcept>
 #include <string>
@@ -8,6 +11,7 @@
 #include "client/client_locations.h"
 #include "logging/uninstaller_logger.h"
 #include "platform/folder_lock.h"
+#include "platform/user_defaults.h"
 #include "system/tasks/task_helpers.h"
 
 namespace wendle {
@@ -18,9 +22,19 @@ namespace {
 constexpr const char* searchLine =
     R"(defaults read com.apple.dock persistent-others | grep _CFURLString\" | awk "/Wendle/ {print NR}")";
 
+// The position in decimal, those of several tiles run together; empty when no tile matches; else what a tool
+// complains of.
+std::string findDockItem() {
+  std::string location = runCommand(searchLine);
+  std::erase(location, '\n');
+  return location;
+}
+
+std::string dockPreferencesPath() { return preferencesDirectory() + "/com.apple.dock.plist"; }
+
 std::string deleteLine(std::int64_t index) {
   return "/usr/libexec/PlistBuddy -c 'Delete persistent-others:" + std::to_string(index) + "' " +
-         preferencesDirectory() + "/com.apple.dock.plist";
+         dockPreferencesPath();
 }
 
 std::int64_t indexOfPosition(std::int64_t position) {
@@ -28,14 +42,59 @@ std::int64_t indexOfPosition(std::int64_t position) {
   return position - 1;
 }
 
+// Whether the shell takes an unquoted `text` for one word, as it stands.
+bool isOneShellWord(const std::string& text) {
+  const auto isPlain = [](unsigned char c) {
+    return std::isalnum(c) != 0 || c >= 0x80 ||
+           std::string_view("/._-+,:@%").find(static_cast<char>(c)) != std::string_view::npos;
+  };
+  return std::all_of(text.begin(), text.end(), isPlain);
+}
+
+// The element at a position that counts from 1; null when the array has none there, and for what is no array.
+const PropertyList* elementAt(const PropertyList& list, std::int64_t position) {
+  const auto* array = std::get_if<PropertyListArray>(&list.value);
+  if (array == nullptr || position < 1 || static_cast<std::uint64_t>(position) > array->size())
+    return nullptr;
+  return &array->at(static_cast<std::size_t>(position - 1));
+}
+
+std::string textAt(const PropertyList& list, std::initializer_list<const char*> keys) {
+  const PropertyList* value = &list;
+  for (const char* key : keys) value = value == nullptr ? nullptr : value->find(key);
+  const auto* text = value == nullptr ? nullptr : std::get_if<std::string>(&value->value);
+  return text == nullptr ? "" : *text;
+}
+
 }  // namespace
+
+void planDockFolder(RemovalPlan& plan) {
+  const std::string location = findDockItem();
+  if (location.empty()) return;
+  const auto position = parseDecimal(location);
+  if (!position) return plan.warn("The Dock keeps its tiles: they cannot be listed (" + location + ")");
+  if (!isOneShellWord(dockPreferencesPath())) {
+    return plan.warn("The Dock may keep the client's tile: the shell reads the characters of " +
+                     dockPreferencesPath());
+  }
+  const auto tiles = UserDefaults("com.apple.dock").objectForKey("persistent-others");
+  const PropertyList* tile = tiles ? elementAt(*tiles, *position) : nullptr;
+  if (tile == nullptr) {
+    return plan.warn("The Dock keeps its tiles: several match, and their positions make " + location +
+                     ", where there is none; it is restarted all the same");
+  }
+  const std::string label = textAt(*tile, {"tile-data", "file-label"});
+  plan.add({"Dock tile", label, "the client's folder in the Dock, by its position; the Dock is restarted"});
+  if (textAt(*tile, {"tile-data", "file-data", "_CFURLString"}).find("Wendle") == std::string::npos) {
+    plan.warn("The Dock's tile " + label + " goes, though it is not the client's");
+  }
+}
 
 void removeDockFolder() {
   uninstallerLogger().log(LogLevel::progress, "Remove dock folder - started");
   // A second uninstaller that searched before and deleted after us would delete the tile that has moved up.
   const FolderLock oneAtATime(preferencesDirectory());
-  std::string location = runCommand(searchLine);
-  std::erase(location, '\n');
+  const std::string location = findDockItem();
   if (location.empty()) {
     return uninstallerLogger().log(LogLevel::progress, "Remove dock folder - no dock item found");
   }

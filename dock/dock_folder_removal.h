@@ -1,5 +1,7 @@
 #pragma once
 
+#include "client/removal_plan.h"
+
 namespace wendle {
 
 // The step "Remove dock folder": takes the client's folder tile out of the Dock's preference file and
@@ -13,5 +15,8 @@ namespace wendle {
 // Throws LaunchException when the shell cannot be started, std::runtime_error when its output is no UTF-8,
 // and std::overflow_error when the position is the least number there is.
 void removeDockFolder();
+
+// What it would do, with a warning where one of the limits shows. Blocks and throws likewise.
+void planDockFolder(RemovalPlan& plan);
 
 }  // namespace wendle

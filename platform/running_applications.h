@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <vector>
@@ -18,6 +19,8 @@ class RunningApplication {
 
   // Kills the application at once. Returns as terminate() does.
   bool forceTerminate() const;
+
+  [[nodiscard]] std::int64_t processIdentifier() const;
 
  private:
   std::shared_ptr<const Handle> handle_;

@@ -22,6 +22,12 @@ constexpr std::array components{
     Component{"Extension", BundleIdentifier::searchExtension},
 };
 
+void planProcesses(RemovalPlan& plan, const std::string& identifier, const char* why) {
+  for (const RunningApplication& application : runningApplicationsWithBundleIdentifier(identifier)) {
+    plan.add({"process", identifier + ", process " + std::to_string(application.processIdentifier()), why});
+  }
+}
+
 }  // namespace
 
 void terminateRunningApplicationsWithBundleIdentifier(const std::string& identifier) {
@@ -47,6 +53,16 @@ void killWendleLegacyProcesses(const std::vector<std::string>& bundleIdentifiers
     }
   }
   uninstallerLogger().log(LogLevel::progress, "Kill Wendle legacy processes - finished");
+}
+
+void planProcessTermination(RemovalPlan& plan) {
+  for (const Component& component : components) {
+    planProcesses(plan, rawValue(component.identifier), "is asked to quit; it may refuse");
+  }
+}
+
+void planLegacyProcesses(RemovalPlan& plan, const std::vector<std::string>& bundleIdentifiers) {
+  for (const std::string& identifier : bundleIdentifiers) planProcesses(plan, identifier, "is killed");
 }
 
 }  // namespace wendle

@@ -3,6 +3,8 @@
 #include <string>
 #include <vector>
 
+#include "client/removal_plan.h"
+
 namespace wendle {
 
 // Of applications, as NSRunningApplication lists them. None running is fine, and nobody is told of a refusal.
@@ -17,5 +19,9 @@ void killWendleProcesses();
 
 // Kills every running application with one of these identifiers, without asking it.
 void killWendleLegacyProcesses(const std::vector<std::string>& bundleIdentifiers);
+
+// What the last two would do.
+void planProcessTermination(RemovalPlan& plan);
+void planLegacyProcesses(RemovalPlan& plan, const std::vector<std::string>& bundleIdentifiers);
 
 }  // namespace wendle

@@ -1,5 +1,7 @@
 #include "system/keychain_items.h"
 
+#include <array>
+
 #include "client/client_locations.h"
 #include "logging/uninstaller_logger.h"
 #include "system/tasks/task_helpers.h"
@@ -7,9 +9,13 @@
 namespace wendle {
 namespace {
 
+constexpr std::array labels{"Wendle", "WendleAgent", "WendleTeamManagement"};
+
 std::optional<Error> runSecurity(const std::string& verb, const std::string& label,
-                                 const std::string& keychainPath) {
+                                 const std::string& keychainPath,
+                                 const Stream& output = FileHandle{STDOUT_FILENO}) {
   Task task = makeConsoleTask();
+  task.setStandardOutput(output);
   task.setExecutable("/usr/bin/security");
   task.setArguments({verb, "-l", label, keychainPath});
   task.launch();
@@ -21,10 +27,18 @@ std::optional<Error> runSecurity(const std::string& verb, const std::string& lab
 
 void deleteNeededKeychainItems() {
   uninstallerLogger().log(LogLevel::progress, "Delete needed keychain items - started");
-  for (const char* label : {"Wendle", "WendleAgent", "WendleTeamManagement"}) {
+  for (const char* label : labels) {
     deleteKeychainItems(label, loginKeychainPath());
   }
   uninstallerLogger().log(LogLevel::progress, "Delete needed keychain items - finished");
+}
+
+void planKeychainItems(RemovalPlan& plan) {
+  for (const char* label : labels) {
+    if (!runSecurity("find-generic-password", label, loginKeychainPath(), NullStream{})) {
+      plan.add({"keychain item", label, "every generic password with this label in the login keychain"});
+    }
+  }
 }
 
 void deleteKeychainItems(const std::string& label, const std::string& keychainPath) {

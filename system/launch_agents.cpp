@@ -35,6 +35,14 @@ void unloadLaunchAgents() {
   uninstallerLogger().log(LogLevel::progress, "Unload Wendle agent - finished");
 }
 
+void planLaunchAgents(RemovalPlan& plan) {
+  for (const std::string& path : launchAgentPaths()) {
+    if (!fileExists(path)) continue;
+    plan.addPath(path, path == quickLookGeneratorPath() ? "the client's Quick Look generator"
+                                                        : "a launch agent; its job is unloaded, which ends it");
+  }
+}
+
 void unloadLaunchAgent(const std::string& path) {
   runLaunchctl({"unload", "-w", path}, "Run `launchctl unload -w " + path + "`",
                "Failed to run `launchctl unload -w " + path + "`");

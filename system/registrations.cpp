@@ -46,4 +46,17 @@ void removeDefaults(const std::vector<std::string>& domains) {
   }
 }
 
+void planIgnoredExtension(RemovalPlan& plan, const std::string& identifier) {
+  plan.ask("the plug-in registry ignores " + identifier);
+}
+
+void planPermissions(RemovalPlan& plan, const std::vector<std::string>& identifiers) {
+  for (const std::string& identifier : identifiers)
+    plan.ask("the privacy permissions of " + identifier + " are reset");
+}
+
+void planDefaults(RemovalPlan& plan, const std::vector<std::string>& domains) {
+  for (const std::string& domain : domains) plan.ask("the preference domain " + domain + " is removed");
+}
+
 }  // namespace wendle

@@ -36,6 +36,7 @@ struct RunningApplication::Handle {
 };
 
 bool RunningApplication::terminate() const { return ::kill(handle_->process, SIGTERM) == 0; }
+std::int64_t RunningApplication::processIdentifier() const { return handle_->process; }
 bool RunningApplication::forceTerminate() const { return ::kill(handle_->process, SIGKILL) == 0; }
 
 std::vector<RunningApplication> runningApplicationsWithBundleIdentifier(const std::string& identifier) {

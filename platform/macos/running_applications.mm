@@ -24,6 +24,8 @@ bool RunningApplication::forceTerminate() const {
   }
 }
 
+std::int64_t RunningApplication::processIdentifier() const { return handle_->application.processIdentifier; }
+
 std::vector<RunningApplication> runningApplicationsWithBundleIdentifier(const std::string& identifier) {
   std::vector<RunningApplication> found;
   @autoreleasepool {
