@@ -38,8 +38,9 @@ void unloadLaunchAgents() {
 void planLaunchAgents(RemovalPlan& plan) {
   for (const std::string& path : launchAgentPaths()) {
     if (!fileExists(path)) continue;
-    plan.addPath(path, path == quickLookGeneratorPath() ? "the client's Quick Look generator"
-                                                        : "a launch agent; its job is unloaded, which ends it");
+    plan.addPath(path, path == quickLookGeneratorPath()
+                           ? "the client's Quick Look generator"
+                           : "a launch agent; its job is unloaded, which ends it");
   }
 }
 
