@@ -21,7 +21,7 @@ constexpr const char* usage = R"(Runs the uninstaller on a simulated Mac and sho
   rehearse [OPTIONS] -- [ARGUMENT...]  with any command line for the uninstaller
 
   --keep DIR          leaves the Mac in DIR, which must be new or empty
-  --uninstaller PATH  the executable to run, instead of the one beside this one
+  --uninstaller PATH  the executable to run, for Linux or for macOS, instead of the one beside this one
   --help              this text
 
 Exit status: 0 when the uninstaller did all that its mode lists and nothing else; 1 when not;
@@ -144,7 +144,8 @@ int rehearse(SimulatedMac& mac, const Command& command) {
     tools.emplace_back(run.outcome, commandLine(run.tool, run.arguments));
   }
   std::cout << styled("1", commandLine("WendleUninstaller", command.arguments)) << "  " << result.outcome
-            << '\n';
+            << (isMacosExecutable(command.uninstaller) ? "  (the macOS executable)\n"
+                                                       : "  (the Linux executable)\n");
   printRows("Tools", tools);
   printLines("Log", result.log);
   printRows("Done", rowsOf(verdict.taken, verbFor));

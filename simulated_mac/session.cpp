@@ -44,7 +44,16 @@ Strings programCommand(const SessionOptions& options) {
 
 }  // namespace
 
-std::string pathInSession(const fs::path& file) { return "/host" + fs::canonical(file).string(); }
+bool isMacosExecutable(const fs::path& program) {
+  const std::string magic = readFile(program).substr(0, 4);
+  return magic == "\xCA\xFE\xBA\xBE" || magic == "\xCF\xFA\xED\xFE";
+}
+
+Strings commandInSession(const fs::path& program) {
+  const auto inSession = [](const fs::path& file) { return "/host" + fs::canonical(file).string(); };
+  if (!isMacosExecutable(program)) return {inSession(program)};
+  return {inSession(fs::canonical("/proc/self/exe").parent_path() / "macos_program"), inSession(program)};
+}
 
 SessionResult SimulatedMac::run(const fs::path& program, const Strings& arguments,
                                 const SessionOptions& options) {
@@ -63,8 +72,7 @@ SessionResult SimulatedMac::run(const fs::path& program, const Strings& argument
     append(command, {"process", name, identifier, job, stubborn ? "stubborn" : ""});
   }
   append(command, programCommand(options));
-  if (!options.loader.empty()) command.push_back(pathInSession(options.loader));
-  command.push_back(pathInSession(program));
+  append(command, commandInSession(program));
   append(command, arguments);
 
   const int status = runSandbox(command, at("/.simulation"));

@@ -62,7 +62,6 @@ struct SessionOptions {
   std::vector<std::string> environment = {};  // "NAME=value"; the last of a name holds
   std::string workingDirectory = "/";
   bool startsProcesses = true;
-  std::filesystem::path loader = {};  // the host's executable that runs the program, given its path; or none
 };
 
 struct SessionResult {
@@ -90,8 +89,11 @@ struct Difference {
 };
 [[nodiscard]] Difference difference(const Snapshot& before, const Snapshot& after);
 
-// The path by which a program in a session finds an existing file of the host.
-[[nodiscard]] std::string pathInSession(const std::filesystem::path& file);
+// Whether this file is an executable of macOS: a Mach-O or a universal file.
+[[nodiscard]] bool isMacosExecutable(const std::filesystem::path& program);
+// The words by which a program in a session starts the host's existing executable `program`. An executable of macOS
+// is run by the program macos_program beside our own executable.
+[[nodiscard]] std::vector<std::string> commandInSession(const std::filesystem::path& program);
 
 // All paths given to it and returned by it, root() and at() excepted, are the Mac's own
 // ("/Users/pat/Documents"); a path below a link is refused, so that nothing is ever written outside the root
@@ -128,8 +130,8 @@ class SimulatedMac {
   void addProcess(ProcessPlan process) { processes_.push_back(std::move(process)); }
   void setFault(Fault fault) { faults_.push_back(std::move(fault)); }
 
-  // Starts the processes, runs the host's executable `program` in the Mac, and ends everything. The journal
-  // starts anew. Throws std::runtime_error when there can be no session.
+  // Starts the processes, runs the host's executable `program` in the Mac, be it one of Linux or of macOS, and
+  // ends everything. The journal starts anew. Throws std::runtime_error when there can be no session.
   SessionResult run(const std::filesystem::path& program, const std::vector<std::string>& arguments,
                     const SessionOptions& options = {});
 

@@ -18,13 +18,11 @@ namespace fs = std::filesystem;
 
 fs::path binaries() { return fs::canonical("/proc/self/exe").parent_path(); }
 
-fs::path pathFromEnvironment(const char* variable, const fs::path& fallback) {
-  const char* path = std::getenv(variable);
-  return path == nullptr ? fallback : fs::path(path);
+fs::path executable(const char* name) {
+  const char* directory = std::getenv("WENDLE_EXECUTABLES");
+  return (directory == nullptr ? binaries() : fs::path(directory)) / name;
 }
-
-fs::path executables() { return pathFromEnvironment("WENDLE_EXECUTABLES", binaries()); }
-fs::path loader() { return pathFromEnvironment("WENDLE_LOADER", {}); }
+fs::path uninstaller() { return executable("WendleUninstaller"); }
 
 // What errors look like that have another number or text on macOS: here and there.
 constexpr std::array<std::pair<const char*, const char*>, 5> platformErrors{{
@@ -62,7 +60,7 @@ std::string withoutTime(const std::string& record) {
   std::smatch match;
   EXPECT_TRUE(std::regex_match(record, match, form)) << "no record: " << record;
   const std::string line = withoutVariableNames(match[1]);
-  return loader().empty() ? line : withErrorsOfLinux(line);
+  return mac::isMacosExecutable(uninstaller()) ? withErrorsOfLinux(line) : line;
 }
 
 // By path, so that a parent still stands before what lies in it.
@@ -103,12 +101,6 @@ RunResult run(mac::SimulatedMac& mac, const fs::path& program, const Lines& argu
   return result;
 }
 
-RunResult runUnderTest(mac::SimulatedMac& mac, const char* program, const Lines& arguments,
-                       mac::SessionOptions options) {
-  options.loader = loader();
-  return run(mac, executables() / program, arguments, options);
-}
-
 }  // namespace
 
 std::string commandOf(const mac::ToolRun& run) {
@@ -118,24 +110,18 @@ std::string commandOf(const mac::ToolRun& run) {
 }
 
 RunResult runUninstaller(mac::SimulatedMac& mac, const Lines& arguments, const mac::SessionOptions& options) {
-  return runUnderTest(mac, "WendleUninstaller", arguments, options);
+  return run(mac, uninstaller(), arguments, options);
 }
 
 RunResult runReport(mac::SimulatedMac& mac, const Lines& arguments) {
-  return runUnderTest(mac, "wendle-uninstall-report", arguments, {.startsProcesses = false});
+  return run(mac, executable("wendle-uninstall-report"), arguments, {.startsProcesses = false});
 }
 
 RunResult runProbe(mac::SimulatedMac& mac, const std::string& probe, const Lines& arguments) {
   return run(mac, binaries() / probe, arguments, {});
 }
 
-Lines uninstallerCommand() {
-  Lines command;
-  for (const auto& file : {loader(), executables() / "WendleUninstaller"}) {
-    if (!file.empty()) command.push_back(mac::pathInSession(file));
-  }
-  return command;
-}
+Lines uninstallerCommand() { return mac::commandInSession(uninstaller()); }
 
 void expectItsListOnly(const mac::SimulatedMac& mac, const Lines& arguments, const mac::Snapshot& before,
                        const RunResult& seen) {

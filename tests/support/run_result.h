@@ -1,6 +1,5 @@
 // Runs the executables under test on a simulated Mac. They are those beside the tests' own, or those in the
-// directory that WENDLE_EXECUTABLES names; when WENDLE_LOADER names a program, it is started with their path
-// as its first argument: it runs the macOS executables.
+// directory that WENDLE_EXECUTABLES names, which may be macOS's.
 #pragma once
 
 #include <string>

@@ -1,0 +1,129 @@
+// Memory, text, time and standard streams. What is here as it is has the same signature and meaning on both
+// systems (ISO C, POSIX); a FILE and a locale are only handed back. The numbers of clocks are those of
+// macOS's <time.h>, the table of characters is that of <runetype.h> and <ctype.h>.
+#include <cxxabi.h>
+#include <strings.h>
+#include <unistd.h>
+
+#include <cctype>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <ctime>
+#include <cwchar>
+
+#include "simulated_mac/macos_program/darwin.h"
+#include "simulated_mac/macos_program/imports.h"
+#include "simulated_mac/macos_program/refusal.h"
+#include "simulated_mac/macos_program/start.h"
+#include "simulated_mac/macos_program/variadic.h"
+
+namespace wendle::macho {
+namespace {
+
+int printToBuffer(va_list list, char* buffer, std::size_t size, const char* format) {
+  return std::vsnprintf(buffer, size, format, list);
+}
+
+int printToStream(std::FILE* stream, const char* format, DarwinList list) {
+  return std::vfprintf(stream, format, toHostList(list));
+}
+
+int errorTextTo(int number, char* buffer, std::size_t size) {
+  std::snprintf(buffer, size, "%s", darwinErrorText(number));
+  return 0;
+}
+
+int maxCharacterSize(const void* /*locale*/) { return static_cast<int>(MB_CUR_MAX); }
+
+int readClock(int clock, timespec* time) {
+  constexpr int realTime = 0, monotonicRaw = 4, monotonic = 6, uptimeRaw = 8;
+  switch (clock) {
+    case realTime:
+      return withErrno(::clock_gettime(CLOCK_REALTIME, time));
+    case monotonic:
+      return withErrno(::clock_gettime(CLOCK_MONOTONIC, time));
+    case monotonicRaw:
+    case uptimeRaw:
+      return withErrno(::clock_gettime(CLOCK_MONOTONIC_RAW, time));
+    default:
+      refuse("the clock " + std::to_string(clock) + " is unknown here");
+  }
+}
+
+// _DefaultRuneLocale: what macros of <ctype.h> read.
+struct CharacterTable {
+  char magic[8]{'R', 'u', 'n', 'e', 'M', 'a', 'g', 'A'};
+  char encoding[32]{};
+  void* functions[2]{};
+  std::int32_t invalid = 0xFFFD;
+  std::uint32_t types[256]{};
+  std::int32_t lower[256]{}, upper[256]{};
+
+  CharacterTable() {
+    constexpr std::pair<int (*)(int), std::uint32_t> kinds[] = {
+        {std::isalpha, 0x100},    {std::iscntrl, 0x200},   {std::isdigit, 0x400},  {std::isgraph, 0x800},
+        {std::islower, 0x1000},   {std::ispunct, 0x2000},  {std::isspace, 0x4000}, {std::isupper, 0x8000},
+        {std::isxdigit, 0x10000}, {std::isblank, 0x20000}, {std::isprint, 0x40000}};
+    for (int c = 0; c < 256; ++c) {
+      const auto i = static_cast<std::size_t>(c);
+      for (const auto& [is, bit] : kinds) types[i] |= c < 128 && is(c) != 0 ? bit : 0;
+      lower[i] = c < 128 ? std::tolower(c) : c;
+      upper[i] = c < 128 ? std::toupper(c) : c;
+    }
+  }
+};
+
+}  // namespace
+
+Imports cLibraryImports() {
+  static const CharacterTable characters;
+  static std::FILE *const in = stdin, *const out = stdout, *const err = stderr;
+  static const Import imports[] = {
+      provide("_malloc", WithErrno<std::malloc>::call),
+      provide("_calloc", WithErrno<std::calloc>::call),
+      provide("_realloc", WithErrno<std::realloc>::call),
+      provide("_aligned_alloc", WithErrno<std::aligned_alloc>::call),
+      provide("_free", std::free),
+      provide("_abort", std::abort),
+      provide("___cxa_atexit", abi::__cxa_atexit),
+      {"_environ", &start().environment},
+
+      provide("___bzero", ::bzero),
+      provide("_bzero", ::bzero),
+      provide("_memchr", static_cast<void* (*)(void*, int, std::size_t)>(std::memchr)),
+      provide("_strcmp", std::strcmp),
+      provide("_strlen", std::strlen),
+      // The C locale is the only one: the last argument, a locale, is not looked at.
+      provide("_mbtowc_l", std::mbtowc),
+      provide("_wcrtomb_l", std::wcrtomb),
+      provide("____mb_cur_max_l", maxCharacterSize),
+      provide("_snprintf", Variadic<printToBuffer>::call),
+      provide("___error", darwinErrno),
+      provide("_strerror", darwinErrorText),
+      provide("_strerror_r", errorTextTo),
+      {"__DefaultRuneLocale", &characters},
+
+      provide("_clock_gettime", readClock),
+      provide("_gmtime_r", WithErrno<::gmtime_r>::call),
+      provide("_strftime", std::strftime),
+      provide("_nanosleep", WithErrno<::nanosleep>::call),
+      provide("_usleep", WithErrno<::usleep>::call),
+
+      {"___stdinp", &in},
+      {"___stdoutp", &out},
+      {"___stderrp", &err},
+      provide("_fopen", WithErrno<std::fopen>::call),
+      provide("_fclose", WithErrno<std::fclose>::call),
+      provide("_fseeko", WithErrno<::fseeko>::call),
+      provide("_ftello", WithErrno<::ftello>::call),
+      provide("_fflush", WithErrno<std::fflush>::call),
+      provide("_fread", std::fread),
+      provide("_fwrite", std::fwrite),
+      provide("_fputc", WithErrno<std::fputc>::call),
+      {"_vfprintf", reinterpret_cast<const void*>(printToStream)},
+  };
+  return imports;
+}
+
+}  // namespace wendle::macho
