@@ -1,7 +1,8 @@
 #include "logging/issues_reporter.h"
 
 #include <cstdlib>
-#include <exception>
+
+#include "platform/uncaught_exceptions.h"
 
 namespace wendle {
 namespace {
@@ -18,6 +19,15 @@ std::string causeOfTermination() {
   }
 }
 
+// The process ends now: a report that fails must not end it in another way.
+template <typename Report>
+void catchingAll(Report report) {
+  try {
+    report();
+  } catch (...) {
+  }
+}
+
 }  // namespace
 
 IssuesReporter& IssuesReporter::sharedInstance() {
@@ -25,13 +35,18 @@ IssuesReporter& IssuesReporter::sharedInstance() {
   return reporter;
 }
 
-void IssuesReporter::enableReporter() { std::set_terminate(reportAndAbort); }
+void IssuesReporter::enableReporter() {
+  const std::terminate_handler previous = std::set_terminate(reportAndAbort);
+  if (previous != reportAndAbort) systemsTerminate_ = previous;
+  reportUncaughtSystemExceptions(
+      [](const std::string& cause) { catchingAll([&] { sharedInstance().report(cause); }); });
+}
 
 void IssuesReporter::reportAndAbort() {
-  try {
-    sharedInstance().report(causeOfTermination());
-  } catch (...) {  // the process ends now; a report that fails must not end it in another way
+  if (isEndingBySystemException() && sharedInstance().systemsTerminate_ != nullptr) {
+    sharedInstance().systemsTerminate_();  // reports, and does not come back
   }
+  catchingAll([] { sharedInstance().report(causeOfTermination()); });
   std::abort();
 }
 

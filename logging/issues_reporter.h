@@ -1,5 +1,6 @@
 #pragma once
 
+#include <exception>
 #include <functional>
 #include <string>
 #include <vector>
@@ -21,8 +22,8 @@ class IssuesReporter {
     sortedLogFilesProvider_ = std::move(provider);
   }
 
-  // From now on an exception that nothing catches becomes one message, which names the cause and the newest
-  // log file, before the process ends with SIGABRT as it would have done anyway.
+  // From now on an exception that nothing catches, an NSException as well, becomes one message, which names
+  // the cause and the newest log file, before the process ends with SIGABRT as it would have done anyway.
   void enableReporter();
 
  private:
@@ -30,6 +31,7 @@ class IssuesReporter {
   [[noreturn]] static void reportAndAbort();
   void report(const std::string& cause) const;
 
+  std::terminate_handler systemsTerminate_ = nullptr;  // what terminated before this reporter
   MessageLogger messageLogger_;
   SortedLogFilesProvider sortedLogFilesProvider_;
 };

@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <cctype>
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -20,6 +21,10 @@
 
 namespace wendle::macho {
 namespace {
+
+// What functions put above their buffers, and look at before they return. A fixed value will do: no attacker
+// is expected here.
+const std::uintptr_t stackGuard = 0x00A50D5AFF0A73C1;
 
 int printToBuffer(va_list list, char* buffer, std::size_t size, const char* format) {
   return std::vsnprintf(buffer, size, format, list);
@@ -86,6 +91,8 @@ Imports cLibraryImports() {
       provide("_aligned_alloc", WithErrno<std::aligned_alloc>::call),
       provide("_free", std::free),
       provide("_abort", std::abort),
+      provide("___stack_chk_fail", std::abort),
+      {"___stack_chk_guard", &stackGuard},
       provide("___cxa_atexit", abi::__cxa_atexit),
       {"_environ", &start().environment},
 

@@ -184,8 +184,10 @@ Class runningApplicationClass() {
 
 Imports foundationSystemImports() {
   static const Import imports[] = {
+      provide("_NSGetUncaughtExceptionHandler", NSGetUncaughtExceptionHandler),
       provide("_NSHomeDirectory", home),
       provide("_NSSearchPathForDirectoriesInDomains", searchPaths),
+      provide("_NSSetUncaughtExceptionHandler", NSSetUncaughtExceptionHandler),
       {"_OBJC_CLASS_$_NSBundle", static_cast<void*>([MacBundle class])},
       {"_OBJC_CLASS_$_NSProcessInfo", static_cast<void*>([MacProcessInfo class])},
       {"_OBJC_CLASS_$_NSRunningApplication", static_cast<void*>(runningApplicationClass())},

@@ -177,6 +177,7 @@ Imports objectiveCImports() {
       provide("_objc_autoreleasePoolPush", pushPool),
       provide("_objc_autoreleasePoolPop", popPool),
       provide("_objc_enumerationMutation", refuseMutation),
+      provide("_objc_lookUpClass", objc_lookUpClass),
       {"__objc_empty_cache", &emptyCache},
   };
   return imports;

@@ -8,6 +8,7 @@
 #include <iostream>
 #include <regex>
 #include <set>
+#include <thread>
 
 #import "app/AFXWendleUninstaller.h"
 #import "app/WendleUninstallerResources.h"
@@ -82,6 +83,19 @@ TEST(ExportedUninstaller, ConnectsTheReporterWithEveryInstance) {
   (void)[[AFXWendleUninstaller alloc] init];
   EXPECT_EXIT(std::terminate(), testing::KilledBySignal(SIGABRT),
               "\\[1\\] module: Ended by an uncaught exception");
+}
+
+// On a thread of its own, since the test framework catches what is raised on this one. GNUstep ends with 1.
+TEST(ExportedUninstaller, ReportsAnUncaughtExceptionOfTheSystemBeforeThePreviousHandler) {
+  const auto raise = [] {
+    NSSetUncaughtExceptionHandler(+[](NSException*) { std::cerr << " - previous handler\n"; });
+    (void)[[AFXWendleUninstaller alloc] init];
+    (void)[[AFXWendleUninstaller alloc] init];
+    IssuesReporter::sharedInstance().setMessageLogger([](const auto& message) { std::cerr << message; });
+    std::thread([] { [NSException raise:@"Name" format:@"reason"]; }).join();
+  };
+  EXPECT_EXIT(raise(), testing::ExitedWithCode(1),
+              "Ended by an uncaught exception: Name: reason - newest log file: .* - previous handler\n");
 }
 
 static std::pair<id, std::string> asked;

@@ -138,6 +138,15 @@ typedef struct {
                                       error:(NSError* _Nullable* _Nullable)error;
 @end
 
+@interface NSException : NSObject
+@property(readonly, copy) NSString* name;
+@property(nullable, readonly, copy) NSString* reason;
+@end
+
+typedef void NSUncaughtExceptionHandler(NSException* exception);
+extern "C" NSUncaughtExceptionHandler* _Nullable NSGetUncaughtExceptionHandler(void);
+extern "C" void NSSetUncaughtExceptionHandler(NSUncaughtExceptionHandler* _Nullable handler);
+
 @interface NSUUID : NSObject
 @property(readonly, copy) NSString* UUIDString;
 + (instancetype)UUID;
