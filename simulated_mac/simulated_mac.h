@@ -84,10 +84,10 @@ struct SnapshotEntry {
 // are taken apart: such a file stands without its content, and each entry for itself under "FILE: NAME".
 using Snapshot = std::map<std::string, SnapshotEntry>;
 
-struct Difference {
+struct SnapshotDifference {
   std::vector<std::string> removed, added, changed;
 };
-[[nodiscard]] Difference difference(const Snapshot& before, const Snapshot& after);
+[[nodiscard]] SnapshotDifference difference(const Snapshot& before, const Snapshot& after);
 
 // Whether this file is an executable of macOS: a Mach-O or a universal file.
 [[nodiscard]] bool isMacosExecutable(const std::filesystem::path& program);

@@ -54,8 +54,8 @@ Snapshot SimulatedMac::snapshot() const {
   return snapshot;
 }
 
-Difference difference(const Snapshot& before, const Snapshot& after) {
-  Difference result;
+SnapshotDifference difference(const Snapshot& before, const Snapshot& after) {
+  SnapshotDifference result;
   for (const auto& [path, entry] : before) {
     const auto now = after.find(path);
     if (now == after.end()) result.removed.push_back(path);

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "simulated_mac/client_fixture.h"
+#include "simulated_mac/shared.h"
 #include "support/run_result.h"
 
 namespace wendle::test {
@@ -18,8 +19,8 @@ TEST_P(ModeTest, RemovesExactlyItsListFromAnInstalledClient) {
   const RunResult seen = runUninstaller(mac, {"--" + mode});
 
   EXPECT_EQ(seen.outcome, "exit 0");
-  EXPECT_EQ(joined(seen.sequence), joined(expectedLines(mode + ".txt", "run")));
-  EXPECT_EQ(seen.out, joined(expectedLines(mode + ".txt", "printed")));
+  expectText(mode + ".txt", "run", seen.sequence);
+  expectText(mode + ".txt", "printed", mac::split(seen.out, '\n'));
   EXPECT_EQ(seen.err, "");
   expectItsListOnly(mac, {"--" + mode}, before, seen);
 }
@@ -33,8 +34,8 @@ TEST_P(ModeTest, RunsAllItsStepsWithoutAClient) {
   const RunResult seen = runUninstaller(mac, {"--" + mode});
 
   EXPECT_EQ(seen.outcome, "exit 0");
-  EXPECT_EQ(joined(seen.sequence), joined(expectedLines("bare.txt", mode)));
-  const mac::Difference difference = mac::difference(before, mac.snapshot());
+  expectText("bare.txt", mode, seen.sequence);
+  const mac::SnapshotDifference difference = mac::difference(before, mac.snapshot());
   EXPECT_EQ(joined(difference.removed) + joined(difference.changed), "");
 }
 
@@ -75,19 +76,19 @@ TEST(CommandLineTest, RunsTheFirstModeItNames) {
   mac.addDockTile("Downloads", "file:///Users/pat/Downloads/");
   const RunResult seen = runUninstaller(mac, {"-x", "", "soft", "--full=1", "--hard", "--hard", "--full"});
   EXPECT_EQ(seen.outcome, "exit 0");
-  EXPECT_EQ(joined(seen.log), joined(logIn(expectedLines("bare.txt", "hard"))));
+  EXPECT_EQ(joined(seen.sequence), joined(expectedLines("bare.txt", "hard")));
 }
 
 TEST(CommandLineTest, LeavesNoTraceWhenItNamesNone) {
   for (const Lines& arguments :
-       {Lines{}, {"--FULL"}, {"full", "-full", "--full ", "--full=1", "--hard--soft"}}) {
+       {Lines{}, {"--FULL"}, {"full", "-full", "--full ", " --full", "--full=1", "--hard--soft"}}) {
     mac::SimulatedMac mac = mac::SimulatedMac::scratch();
     mac::installClient(mac);
     const mac::Snapshot before = mac.snapshot();
     const RunResult seen = runUninstaller(mac, arguments);
     expectItsListOnly(mac, arguments, before, seen);
     EXPECT_FALSE(mac.exists("/Users/pat/Library/Logs/Wendle"));
-    EXPECT_EQ(seen.outcome + joined(seen.journal) + seen.out + seen.err, "exit 0");
+    EXPECT_EQ(seen.outcome + joined(seen.sequence) + seen.out + seen.err, "exit 0");
   }
 }
 

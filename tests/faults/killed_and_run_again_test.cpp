@@ -1,15 +1,12 @@
 // The uninstaller is killed while a tool runs; the next run of the same mode makes up for it.
+#include <gtest/gtest.h>
+
 #include <csignal>
 
-#include "course.h"
+#include "support/clean_run.h"
 
 namespace wendle::test {
 namespace {
-
-// Each test takes every N-th tool run, so that they can run side by side.
-constexpr std::size_t shares = 4;
-
-class KilledRunTest : public testing::TestWithParam<std::tuple<std::string, std::size_t>> {};
 
 mac::Snapshot withoutLogs(mac::Snapshot snapshot) {
   std::erase_if(snapshot, [](const auto& item) { return item.first.starts_with("/Users/pat/Library/Logs"); });
@@ -23,47 +20,40 @@ void expectSame(const mac::Snapshot& wanted, const mac::Snapshot& seen) {
   EXPECT_EQ(joined(changed), "") << "differs";
 }
 
-// A session in which the program is killed while it waits for the run `at`.
-RunResult killAt(SimulatedMac mac, std::size_t at, const CleanRun& clean) {
-  mac.setFault(faultAt(clean.tools, at, {"", 1, FaultKind::killsProgram}));
-  RunResult killed = runUninstaller(mac, {"--" + clean.mode});
-  EXPECT_EQ(killed.outcome, "signal " + std::to_string(SIGKILL));
-  EXPECT_EQ(toolRuns(mac).size(), at + 1);
-  return killed;
-}
-
 // What either of the two runs did to a process counts. Only a run that finds a tile restarts the Dock: when
 // it dies before it does, nobody does.
-void expectFatesOfEither(const CleanRun& clean, std::size_t at,
-                         const std::vector<mac::ProcessOutcome>& killed,
-                         const std::vector<mac::ProcessOutcome>& again) {
-  if (commandsOf(clean.tools)[at].find("killall") != std::string::npos) return;
+void expectProcessesOfEither(const CleanRun& clean, std::size_t at, const RunResult& killed,
+                             const RunResult& again) {
+  if (commandOf(clean.seen.tools[at]).find("killall") != std::string::npos) return;
   for (std::size_t i = 0; i < clean.seen.processes.size(); ++i) {
     const mac::ProcessOutcome wanted = clean.seen.processes[i];
-    EXPECT_TRUE(killed[i] == wanted || again[i] == wanted) << "process " << i;
+    EXPECT_TRUE(killed.processes[i] == wanted || again.processes[i] == wanted) << "process " << i;
   }
 }
+
+class KilledRunTest : public testing::TestWithParam<std::string> {};
 
 TEST_P(KilledRunTest, IsMadeUpForByTheNext) {
-  const auto& [mode, share] = GetParam();
-  const CleanRun clean = cleanRun(mode);
-  for (std::size_t at = share; at < clean.tools.size() && !HasFailure(); at += shares * TOOL_RUN_STRIDE) {
-    SCOPED_TRACE("killed in run " + std::to_string(at) + ": " + commandsOf(clean.tools)[at]);
-    SimulatedMac mac = SimulatedMac::scratch();
+  const CleanRun clean = cleanRun(GetParam());
+  for (const std::size_t at : clean.runsToDisturb(clean.mode == "updates" || clean.mode == "soft")) {
+    SCOPED_TRACE("killed in run " + std::to_string(at) + ": " + commandOf(clean.seen.tools[at]));
+    mac::SimulatedMac mac = mac::SimulatedMac::scratch();
     mac::installClient(mac);
-    const RunResult killed = killAt(mac, at, clean);
-    const RunResult again = runUninstaller(mac, {"--" + mode});
+    mac::SimulatedMac faulted = mac;
+    faulted.setFault(faultAt(clean.seen.tools, at, {"", 1, mac::FaultKind::killsProgram}));
+    const RunResult killed = runUninstaller(faulted, {"--" + clean.mode});
+    EXPECT_EQ(killed.outcome, "signal " + std::to_string(SIGKILL));
+    EXPECT_EQ(killed.tools.size(), at + 1);
+    const RunResult again = runUninstaller(mac, {"--" + clean.mode});
     EXPECT_EQ(again.outcome, "exit 0");
-    expectFatesOfEither(clean, at, killed.processes, again.processes);
+    expectProcessesOfEither(clean, at, killed, again);
     expectSame(clean.after, mac.snapshot());
+    if (HasFailure()) return;
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(Modes, KilledRunTest,
-                         testing::Combine(testing::ValuesIn(modes), testing::Range<std::size_t>(0, shares)),
-                         [](const auto& c) {
-                           return std::get<0>(c.param) + std::to_string(std::get<1>(c.param));
-                         });
+INSTANTIATE_TEST_SUITE_P(Modes, KilledRunTest, testing::ValuesIn(modes),
+                         [](const auto& c) { return c.param; });
 
 }  // namespace
 }  // namespace wendle::test

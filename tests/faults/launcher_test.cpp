@@ -1,8 +1,10 @@
 // The uninstaller outlives the application that starts it, and another uninstaller beside it.
+#include <gtest/gtest.h>
+
 #include <map>
 
-#include "course.h"
 #include "simulated_mac/verdict.h"
+#include "support/clean_run.h"
 
 namespace wendle::test {
 namespace {
@@ -37,7 +39,7 @@ class LauncherTest : public testing::TestWithParam<std::string> {
  protected:
   // Runs the probe on an installed client; nothing outside the mode's list may be touched.
   RunResult launch(Lines command) {
-    SimulatedMac mac = SimulatedMac::scratch();
+    mac::SimulatedMac mac = mac::SimulatedMac::scratch();
     mac::installClient(mac);
     for (const std::string& word : uninstallerCommand()) command.push_back(word);
     command.push_back("--" + mode_);
@@ -54,7 +56,7 @@ class LauncherTest : public testing::TestWithParam<std::string> {
 TEST_P(LauncherTest, MayDieWithItsWholeProcessGroup) {
   const std::string component = mode_ == "updates" ? ".WendleExtension" : "";
   const RunResult seen = launch({"client", "com.wendle.DesktopClient" + component});
-  EXPECT_EQ(joined(seen.log), joined(clean_.seen.log));
+  EXPECT_EQ(joined(seen.sequence), joined(clean_.seen.sequence));
 }
 
 TEST_P(LauncherTest, MayStartTwoAtTheSameTime) {

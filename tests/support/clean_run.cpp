@@ -1,42 +1,42 @@
 #include "support/clean_run.h"
 
 #include <filesystem>
-
-#include "simulated_mac/shared.h"
+#include <set>
 
 namespace wendle::test {
+namespace {
+
+// Its first word, which for a shell is that of its command line.
+std::string useOf(const mac::ToolRun& run) {
+  const std::string& words = run.tool == "/bin/zsh" ? run.arguments.at(1) : run.arguments.at(0);
+  return run.tool + " " + words.substr(0, words.find(' '));
+}
+
+}  // namespace
 
 CleanRun cleanRun(const std::string& mode) {
   mac::SimulatedMac mac = mac::SimulatedMac::scratch();
   mac::installClient(mac);
   const mac::Snapshot before = mac.snapshot();
   const RunResult seen = runUninstaller(mac, {"--" + mode});
-  return {mode, before, mac.snapshot(), seen, toolRuns(mac)};
+  return {mode, before, mac.snapshot(), seen};
 }
 
-std::vector<mac::ToolRun> toolRuns(const mac::SimulatedMac& mac) {
-  return mac::readJournal(mac.at(mac::journalFolder));
-}
-
-std::string nameOf(const mac::ToolRun& run) { return std::filesystem::path(run.tool).filename(); }
-
-Lines commandsOf(const std::vector<mac::ToolRun>& runs) {
-  Lines lines;
-  for (const mac::ToolRun& run : runs) lines.push_back(commandOf(run));
-  return lines;
+std::vector<std::size_t> CleanRun::runsToDisturb(bool isThorough) const {
+  std::set<std::string> uses;
+  std::vector<std::size_t> places;
+  for (std::size_t at = seen.tools.size(); at-- > 0;) {
+    if (uses.insert(useOf(seen.tools[at])).second || (isThorough && !isSlow())) places.push_back(at);
+  }
+  return {places.rbegin(), places.rend()};
 }
 
 mac::Fault faultAt(const std::vector<mac::ToolRun>& tools, std::size_t at, mac::Fault fault) {
-  fault.tool = nameOf(tools.at(at));
+  const auto nameAt = [&](std::size_t i) { return std::filesystem::path(tools.at(i).tool).filename(); };
+  fault.tool = nameAt(at);
   fault.run = 0;
-  for (std::size_t i = 0; i <= at; ++i) fault.run += nameOf(tools[i]) == fault.tool ? 1 : 0;
+  for (std::size_t i = 0; i <= at; ++i) fault.run += nameAt(i) == fault.tool ? 1 : 0;
   return fault;
-}
-
-bool isOfShell(const mac::ToolRun& run) {
-  const std::string name = nameOf(run);
-  const bool isRead = name == "defaults" && run.arguments.at(0) == "read";
-  return isRead || name == "zsh" || name == "PlistBuddy" || name == "killall";
 }
 
 }  // namespace wendle::test

@@ -6,7 +6,6 @@
 #include <array>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <regex>
 
 #include "simulated_mac/verdict.h"
@@ -24,26 +23,26 @@ fs::path executable(const char* name) {
 }
 fs::path uninstaller() { return executable("WendleUninstaller"); }
 
+bool isOfMacos() {
+  static const bool answer = mac::isMacosExecutable(uninstaller());
+  return answer;
+}
+
 // What errors look like that have another number or text on macOS: here and there.
-constexpr std::array<std::pair<const char*, const char*>, 5> platformErrors{{
-    {R"(16 "Device or resource busy")", R"(16 "Resource busy")"},
-    {R"(35 "Resource deadlock avoided")", R"(11 "Resource deadlock avoided")"},
-    {R"(36 "File name too long")", R"(63 "File name too long")"},
-    {R"(39 "Directory not empty")", R"(66 "Directory not empty")"},
-    {R"(40 "Too many levels of symbolic links")", R"(62 "Too many levels of symbolic links")"},
+constexpr std::array<std::pair<std::string_view, std::string_view>, 5> platformErrors{{
+    {R"(Code=16 "Device or resource busy")", R"(Code=16 "Resource busy")"},
+    {R"(Code=35 "Resource deadlock avoided")", R"(Code=11 "Resource deadlock avoided")"},
+    {R"(Code=36 "File name too long")", R"(Code=63 "File name too long")"},
+    {R"(Code=39 "Directory not empty")", R"(Code=66 "Directory not empty")"},
+    {R"(Code=40 "Too many levels of symbolic links")", R"(Code=62 "Too many levels of symbolic links")"},
 }};
 
 // The macOS executable's errors as those of Linux; an error of Linux that it shows is made a wrong one.
 std::string withErrorsOfLinux(std::string line) {
-  const std::string code = "Code=";
-  for (const auto& [ours, theirs] : platformErrors) {
-    const auto ourPlace = line.find(code + ours);
-    const auto theirPlace = line.find(code + theirs);
-    if (theirPlace != std::string::npos) {
-      line.replace(theirPlace + code.size(), std::string(theirs).size(), ours);
-    } else if (ourPlace != std::string::npos) {
-      line.replace(ourPlace + code.size(), std::string(ours).size(), theirs);
-    }
+  for (auto [ours, theirs] : platformErrors) {
+    if (line.find(theirs) == std::string::npos) std::swap(ours, theirs);
+    if (const auto place = line.find(theirs); place != std::string::npos)
+      return line.replace(place, theirs.size(), ours);
   }
   return line;
 }
@@ -60,7 +59,7 @@ std::string withoutTime(const std::string& record) {
   std::smatch match;
   EXPECT_TRUE(std::regex_match(record, match, form)) << "no record: " << record;
   const std::string line = withoutVariableNames(match[1]);
-  return mac::isMacosExecutable(uninstaller()) ? withErrorsOfLinux(line) : line;
+  return isOfMacos() ? withErrorsOfLinux(line) : line;
 }
 
 // By path, so that a parent still stands before what lies in it.
@@ -77,11 +76,11 @@ void sortWalk(Lines& log) {
 const std::string runMark = "> ";
 
 // Each run stands behind the lines that were logged when the tool started.
-Lines inOneOrder(const RunResult& result, const std::vector<mac::ToolRun>& runs) {
+Lines inOneOrder(const RunResult& result) {
   Lines sequence;
   std::size_t logged = 0;
-  for (std::size_t i = 0; i < runs.size(); ++i) {
-    for (; logged < std::min(runs[i].logged, result.log.size()); ++logged)
+  for (std::size_t i = 0; i < result.tools.size(); ++i) {
+    for (; logged < std::min(result.tools[i].logged, result.log.size()); ++logged)
       sequence.push_back(result.log[logged]);
     sequence.push_back(runMark + result.journal[i]);
   }
@@ -92,12 +91,12 @@ Lines inOneOrder(const RunResult& result, const std::vector<mac::ToolRun>& runs)
 RunResult run(mac::SimulatedMac& mac, const fs::path& program, const Lines& arguments,
               const mac::SessionOptions& options) {
   const mac::SessionResult session = mac.run(program, arguments, options);
-  RunResult result{session.outcome, {}, {}, {}, session.out, session.err, session.processes};
+  RunResult result{session.outcome, {}, {}, {}, session.journal, session.out, session.err, session.processes};
   for (const std::string& record : session.log) result.log.push_back(withoutTime(record));
   sortWalk(result.log);
   for (const mac::ToolRun& run : session.journal)
     result.journal.push_back(commandOf(run) + " " + run.outcome);
-  result.sequence = inOneOrder(result, session.journal);
+  result.sequence = inOneOrder(result);
   return result;
 }
 
@@ -130,20 +129,7 @@ void expectItsListOnly(const mac::SimulatedMac& mac, const Lines& arguments, con
   EXPECT_EQ(joined(verdict.leftBehind), "");
 }
 
-Lines expectedLines(const std::string& file, const std::string& section) {
-  std::ifstream text(std::string(EXPECTED_TEXTS) + "/" + file);
-  EXPECT_TRUE(text.is_open()) << file;
-  Lines lines;
-  bool inSection = false;
-  for (std::string line; std::getline(text, line);) {
-    if (line.starts_with("== ")) {
-      inSection = line == "== " + section;
-    } else if (inSection && !line.empty()) {
-      lines.push_back(line);
-    }
-  }
-  return lines;
-}
+bool isSlow() { return SANITIZED || isOfMacos(); }
 
 Lines logIn(const Lines& sequence) {
   Lines log = sequence;
@@ -156,12 +142,6 @@ Lines journalIn(const Lines& sequence) {
   for (const std::string& line : sequence)
     if (line.starts_with(runMark)) journal.push_back(line.substr(runMark.size()));
   return journal;
-}
-
-std::string joined(const Lines& lines) {
-  std::string text;
-  for (const std::string& line : lines) text += line + "\n";
-  return text;
 }
 
 }  // namespace wendle::test

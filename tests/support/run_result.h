@@ -2,15 +2,10 @@
 // directory that WENDLE_EXECUTABLES names, which may be macOS's.
 #pragma once
 
-#include <string>
-#include <vector>
-
 #include "simulated_mac/simulated_mac.h"
+#include "support/expected_text.h"
 
 namespace wendle::test {
-
-// Whole sequences, a line each, so that a missing, an extra and a misplaced line all fail.
-using Lines = std::vector<std::string>;
 
 // What one run of an executable showed.
 struct RunResult {
@@ -19,6 +14,7 @@ struct RunResult {
               // sorted: disks differ in order
   Lines journal;   // /bin/launchctl [unload] [-w] [/Users/pat/...] exit 0
   Lines sequence;  // both in one order, the runs of tools marked by "> "
+  std::vector<mac::ToolRun> tools;
   std::string out, err;
   std::vector<mac::ProcessOutcome> processes;
 };
@@ -40,13 +36,11 @@ struct RunResult {
 void expectItsListOnly(const mac::SimulatedMac& mac, const Lines& arguments, const mac::Snapshot& before,
                        const RunResult& seen);
 
-// The lines of a file in `expected/` between "== SECTION" and the next such line.
-[[nodiscard]] Lines expectedLines(const std::string& file, const std::string& section);
-
 // The two parts of a sequence, as `RunResult` has them.
 [[nodiscard]] Lines logIn(const Lines& sequence);
 [[nodiscard]] Lines journalIn(const Lines& sequence);
 
-[[nodiscard]] std::string joined(const Lines& lines);
+// Whether every run takes long, with sanitizers or on macOS's executable: tests of very many then take samples.
+[[nodiscard]] bool isSlow();
 
 }  // namespace wendle::test

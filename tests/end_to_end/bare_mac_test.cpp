@@ -1,0 +1,199 @@
+// Each thing that changes what a mode does, alone on a Mac without the client.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <functional>
+#include <utility>
+
+#include "support/run_result.h"
+
+namespace wendle::test {
+namespace {
+
+using mac::home;
+using mac::SimulatedMac;
+
+// A line, and the lines that replace it.
+using Edit = std::pair<std::string, Lines>;
+using Edits = std::vector<Edit>;
+
+// One thing differs from a Mac without the client: how the lines of a run differ then; no other line may.
+struct BareMacCase {
+  std::string name;
+  std::string mode;
+  std::function<void(SimulatedMac&)> arrange;
+  Edits edits;
+  Lines gone = {};  // what was arranged and must not be there afterwards
+  Lines kept = {};  // and what must be
+
+  friend void PrintTo(const BareMacCase& c, std::ostream* out) { *out << c.name; }
+};
+
+std::string progress(const std::string& text) { return "[1] uninstaller: " + text; }
+
+Edit after(const std::string& line, Lines added) {
+  added.insert(added.begin(), line);
+  return {line, added};
+}
+
+class BareMacTest : public testing::TestWithParam<BareMacCase> {};
+
+const std::string bystander = home + "/Documents/letter.txt";
+
+Lines edited(Lines lines, const Edits& edits) {
+  for (const auto& [line, replacement] : edits) {
+    const auto found = std::find(lines.begin(), lines.end(), line);
+    if (found == lines.end()) {
+      ADD_FAILURE() << "nothing to replace: " << line;
+    } else {
+      lines.insert(lines.erase(found), replacement.begin(), replacement.end());
+    }
+  }
+  return lines;
+}
+
+TEST_P(BareMacTest, DiffersInTheLinesOfTheCaseAndInNoOther) {
+  const BareMacCase& c = GetParam();
+  SimulatedMac mac = SimulatedMac::scratch();
+  mac.addFile(bystander, "do not touch");
+  mac.addDockTile("Downloads", "file:///Users/pat/Downloads/");
+  mac.addKeychainItem("Other");
+  c.arrange(mac);
+  const RunResult seen = runUninstaller(mac, {"--" + c.mode});
+
+  EXPECT_EQ(seen.outcome, "exit 0");
+  EXPECT_EQ(joined(seen.sequence), joined(edited(expectedLines("bare.txt", c.mode), c.edits)));
+  for (const std::string& path : c.gone) EXPECT_FALSE(mac.exists(path)) << path;
+  for (const std::string& path : c.kept) EXPECT_TRUE(mac.exists(path)) << path;
+  EXPECT_EQ(mac.read(bystander), "do not touch");
+}
+
+std::string nameOf(const testing::TestParamInfo<BareMacCase>& info) { return info.param.name; }
+
+const std::string agent = "com.wendle.DesktopClient.WendleAgent";
+const std::string search = "> /usr/bin/mdfind [kMDItemCFBundleIdentifier == " + agent + "] exit 0";
+const Edit agentPermissions{"> /usr/bin/tccutil [reset] [All] [" + agent + "] exit 64",
+                            {"> /usr/bin/tccutil [reset] [All] [" + agent + "] exit 0"}};
+
+std::string deleted(const std::string& url) {
+  return progress("Delete Folder - file://" + url + " - success");
+}
+
+// Copies of the agent at these places, which the index lists in the order of their paths.
+std::function<void(SimulatedMac&)> copies(const Lines& paths) {
+  return [=](SimulatedMac& mac) {
+    for (const std::string& path : paths) mac.addBundle(path, agent);
+  };
+}
+
+const Lines exempt{"/Volumes/Backup/A.app",     "/builds/x.wrp-2/A.app",
+                   "/builds/x.wrp7/deep/A.app", home + "/Build/DerivedData/A.app",
+                   home + "/Clone/deep/A.app",  home + "/Old.BackupDB/deep/A.app",
+                   home + "/Old/Volumes/A.app"};
+const Lines notExempt{"/A.app",
+                      "/builds/x.wrp/A.app",
+                      "/builds/x.wrp07/A.app",
+                      "/builds/x.wrpx/A.app",
+                      home + "/Build/DerivedDataOld/A.app",
+                      home + "/Capital.wrp7/A.app",
+                      home + "/NoClone/deep/A.app",
+                      home + "/Old/.backupdb/A.app",
+                      home + "/Old/volumes/A.app",
+                      home + "/Old/x.backupdb2/A.app"};
+
+void addCopiesEverywhere(SimulatedMac& mac) {
+  for (const Lines& paths : {exempt, notExempt}) copies(paths)(mac);
+  // What makes a safety net: a directory above the copy, but not in the root folder, and not a plain file.
+  mac.addFolder("/_CCC SafetyNet");
+  mac.addFolder(home + "/Clone/_CCC SafetyNet");
+  mac.addFile(home + "/NoClone/_CCC SafetyNet");
+}
+
+Lines deletedFolders(Lines paths) {
+  std::sort(paths.begin(), paths.end());
+  for (std::string& path : paths) path = deleted(path + "/");
+  return paths;
+}
+
+Lines both(Lines some, const Lines& others) {
+  some.insert(some.end(), others.begin(), others.end());
+  return some;
+}
+
+const std::string several = "/Users/Shared/a\nb\n" + home + "/Documents\n/c\n.app";
+const std::string outer = "/Applications/A.app";
+
+INSTANTIATE_TEST_SUITE_P(
+    Bundles, BareMacTest,
+    testing::ValuesIn<BareMacCase>({
+        {"ExemptPlacesAreKept",
+         "soft",
+         addCopiesEverywhere,
+         {agentPermissions, after(search, deletedFolders(notExempt))},
+         notExempt,
+         exempt},
+        {"NoPlaceIsExemptInFullMode",
+         "full",
+         addCopiesEverywhere,
+         {agentPermissions, after(search, deletedFolders(both(exempt, notExempt)))},
+         both(exempt, notExempt)},
+        {"LineFeedsInAPath",
+         "soft",
+         [](SimulatedMac& mac) {
+           copies({outer, several})(mac);
+           for (const Lines& lines : {Lines{"/Users/Shared/a", "/Users/Shared/a\nb"},
+                                      {home + "/Documents/kept", outer + "\n/kept"}})
+             for (const std::string& path : lines) mac.addFile(path);
+         },
+         {agentPermissions, after(search, {deleted(outer + "/"), deleted("/Users/Shared/a%0Ab%0A" + home +
+                                                                         "/Documents%0A/c%0A.app/")})},
+         {outer, several},
+         {"/Users/Shared/a", "/Users/Shared/a\nb", home + "/Documents/kept", outer + "\n/kept"}},
+    }),
+    nameOf);
+
+const std::string noItem = progress("Remove dock folder - no dock item found");
+const std::string dockPlist = home + "/Library/Preferences/com.apple.dock.plist";
+const std::string defaults = "> /usr/bin/defaults [read] [com.apple.dock] [persistent-others] exit 0";
+
+// The runs that follow a tile found: the edit, which ends with `status`, and the restart of a Dock that does
+// not run.
+Edit removal(const std::string& index, const std::string& status) {
+  const std::string deletion = "Delete persistent-others:" + index;
+  return {noItem,
+          {progress("Remove dock folder - removing dock item"),
+           "> /bin/zsh [-c] [/usr/libexec/PlistBuddy -c '" + deletion + "' " + dockPlist + "] exit " + status,
+           "> /usr/libexec/PlistBuddy [-c] [" + deletion + "] [" + dockPlist + "] exit " + status,
+           "> /bin/zsh [-c] [killall Dock] exit 1", "> /usr/bin/killall [Dock] exit 1"}};
+}
+
+// Tiles behind the one for Downloads, by their URLs.
+std::function<void(SimulatedMac&)> tiles(const Lines& urls) {
+  return [=](SimulatedMac& mac) {
+    for (const std::string& url : urls) mac.addDockTile("Tile", url);
+  };
+}
+
+const std::string tile = "file:///Users/pat/Wendle/";
+
+INSTANTIATE_TEST_SUITE_P(
+    Dock, BareMacTest,
+    testing::ValuesIn<BareMacCase>({
+        {"TwoTilesRunTogetherIntoOneNumber",
+         "soft",
+         tiles({tile, "file:///Users/pat/Movies/", tile}),
+         {removal("23", "1")}},
+        {"ATileWithoutUrlDoesNotCount", "soft", tiles({"", tile}), {removal("1", "0")}},
+        {"ANameInLowerCaseIsAnother", "soft", tiles({"file:///Users/pat/wendle/"}), {}},
+        {"NoList",
+         "soft",
+         [](SimulatedMac& mac) { mac.addPropertyList(dockPlist, "<dict></dict>"); },
+         {{defaults, {"> /usr/bin/defaults [read] [com.apple.dock] [persistent-others] exit 1"}},
+          {noItem,
+           {"[4] uninstaller: Invalid dock item location: DEFAULTS The domain/default pair of "
+            "(com.apple.dock, persistent-others) does not exist"}}}},
+    }),
+    nameOf);
+
+}  // namespace
+}  // namespace wendle::test
