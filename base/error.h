@@ -38,6 +38,8 @@ class [[nodiscard]] Status {
   [[nodiscard]] bool ok() const { return !error_; }
   [[nodiscard]] const Error& error() const { return *error_; }  // defined for a failure only
 
+  friend bool operator==(const Status&, const Status&) = default;
+
  private:
   std::optional<Error> error_;
 };

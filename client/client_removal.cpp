@@ -3,7 +3,6 @@
 #include "client/client_locations.h"
 #include "client/item_deletion.h"
 #include "logging/uninstaller_logger.h"
-#include "platform/directory_walk.h"
 #include "platform/file_presence.h"
 #include "platform/task.h"
 
@@ -38,18 +37,17 @@ void removeLaunchAgentApps(const std::vector<std::string>& names) {
   }
 }
 
-std::vector<FileUrl> findFolderContainers() {
-  const auto isContainer = [](std::string_view name) { return name.starts_with("com.wendle."); };
-  std::vector<FileUrl> containers;
-  for (const std::string& path : findDirectories(containersDirectory(), isContainer)) {
-    containers.push_back(FileUrl::fileUrlWithDirectoryPath(path));
-  }
-  return containers;
+std::vector<std::string> findFolderContainers(const FileTree& containers) {
+  return containers.findDirectories([](std::string_view name) { return name.starts_with("com.wendle."); });
 }
 
 void removeFolderContainers() {
   uninstallerLogger().log(LogLevel::progress, "Remove folder containers - started");
-  for (const FileUrl& container : findFolderContainers()) deleteItem(container, deleteFolderPrefix);
+  const FileTree containers(containersDirectory());
+  for (const std::string& found : findFolderContainers(containers)) {
+    const FileUrl url = FileUrl::fileUrlWithDirectoryPath(containersDirectory() + "/" + found);
+    deleteItem(containers, found, url, deleteFolderPrefix);
+  }
   uninstallerLogger().log(LogLevel::progress, "Remove folder containers - finished");
 }
 
@@ -73,8 +71,8 @@ void planLaunchAgentApps(RemovalPlan& plan, const std::vector<std::string>& name
 }
 
 void planFolderContainers(RemovalPlan& plan) {
-  for (const FileUrl& container : findFolderContainers()) {
-    plan.addPath(container.path(), "a container whose name begins with com.wendle.");
+  for (const std::string& found : findFolderContainers(FileTree(containersDirectory()))) {
+    plan.addPath(containersDirectory() + "/" + found, "a container whose name begins with com.wendle.");
   }
 }
 

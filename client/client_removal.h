@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "client/removal_plan.h"
-#include "platform/file_url.h"
+#include "platform/file_tree.h"
 
 namespace wendle {
 
@@ -15,11 +15,12 @@ namespace wendle {
 // is passed over silently; what rm reports is not looked at.
 void removeLaunchAgentApps(const std::vector<std::string>& names);
 
-// The directories at any depth below the containers directory whose names begin with "com.wendle.", a nested
-// one after its parent. Empty when there is no containers directory.
-[[nodiscard]] std::vector<FileUrl> findFolderContainers();
+// The directories at any depth in `containers` whose names begin with "com.wendle.", a nested one after its
+// parent: their paths in it.
+[[nodiscard]] std::vector<std::string> findFolderContainers(const FileTree& containers);
 
-// Deletes them. A nested match is gone with its parent by then, which is logged as an error.
+// Deletes those in the containers directory from where they were found, when there is one. A nested match is
+// gone with its parent by then, which is logged as an error.
 void removeFolderContainers();
 
 // Deletes the support folders and the main application.

@@ -1,20 +1,28 @@
 #include "client/item_deletion.h"
 
-#include <string>
-
 #include "logging/uninstaller_logger.h"
-#include "platform/item_removal.h"
 
 namespace wendle {
+namespace {
+
+void logDeletion(const Status& status, const FileUrl& url, std::string_view logPrefix) {
+  const std::string message = std::string(logPrefix) + url.absoluteString();
+  if (status.ok()) {
+    uninstallerLogger().log(LogLevel::progress, message + " - success");
+  } else {
+    uninstallerLogger().log(status.error(), message);
+  }
+}
+
+}  // namespace
 
 void deleteItem(const FileUrl& url, std::string_view logPrefix) {
-  const auto error = removeItem(url.path());
-  const std::string message = std::string(logPrefix) + url.absoluteString();
-  if (error) {
-    uninstallerLogger().log(*error, message);
-  } else {
-    uninstallerLogger().log(LogLevel::progress, message + " - success");
-  }
+  logDeletion(removeItem(url.path()), url, logPrefix);
+}
+
+void deleteItem(const FileTree& tree, const std::string& found, const FileUrl& url,
+                std::string_view logPrefix) {
+  logDeletion(tree.removeItem(found), url, logPrefix);
 }
 
 }  // namespace wendle

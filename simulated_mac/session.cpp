@@ -66,6 +66,7 @@ SessionResult SimulatedMac::run(const fs::path& program, const Strings& argument
       split("--unshare-all --unshare-user --die-with-parent --as-pid-1 --uid 501 --gid 20", ' ');
   append(command, {"--cap-drop", "ALL", "--bind", root(), "/", "--ro-bind", "/", "/host"});
   append(command, split("--proc /proc --dev /dev --tmpfs /tmp --chdir /", ' '));
+  append(command, options.mounts);
   command.push_back(sessionProgram);
   for (const auto& [name, identifier, job, stubborn] : processes_) {
     if (!options.startsProcesses) break;

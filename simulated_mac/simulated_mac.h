@@ -61,6 +61,7 @@ struct SessionOptions {
   std::optional<unsigned> descriptorLimit = {};
   std::vector<std::string> environment = {};  // "NAME=value"; the last of a name holds
   std::string workingDirectory = "/";
+  std::vector<std::string> mounts = {};  // further ones, as bwrap(1) takes them
   bool startsProcesses = true;
 };
 

@@ -1,8 +1,7 @@
-#include "platform/directory_walk.h"
-
 #include <fcntl.h>
 #include <sys/stat.h>
 
+#include "platform/file_tree.h"
 #include "platform/posix/tree_cursor.h"
 
 namespace wendle {
@@ -16,28 +15,30 @@ bool isDirectory(int parent, const DirectoryEntry& entry) {
 
 }  // namespace
 
-std::vector<std::string> findDirectories(const std::string& start,
-                                         const std::function<bool(std::string_view)>& matches) {
+FileTree::FileTree(const std::string& path) : directory_(openDirectory(AT_FDCWD, path)) {}
+
+std::vector<std::string> FileTree::findDirectories(
+    const std::function<bool(std::string_view)>& matches) const {
   std::vector<std::string> found;
-  std::string path = start;
+  std::string path;
   std::vector<size_t> parentLengths;  // of `path`, in step with the cursor's levels
-  TreeCursor cursor;
-  if (cursor.enter(start)) return found;
+  TreeCursor cursor(directory_.get());
+  if (!cursor.enter(".").ok()) return found;
   parentLengths.push_back(0);
   while (cursor.depth() > 0) {
     const auto entry = cursor.next();
     if (!entry) {
-      (void)cursor.leave();  // a folder that was moved away: go on with what is still reachable
+      (void)cursor.leave();  // a directory that was moved away: go on with what is still reachable
       path.resize(parentLengths[cursor.depth()]);
       parentLengths.resize(cursor.depth());
     } else if (isDirectory(cursor.fd(), *entry)) {
       const size_t length = path.size();
-      path += "/" + entry->name;
+      path.append(path.empty() ? "" : "/").append(entry->name);
       if (matches(entry->name)) found.push_back(path);
-      if (cursor.enter(entry->name)) {
-        path.resize(length);
-      } else {
+      if (cursor.enter(entry->name).ok()) {
         parentLengths.push_back(length);
+      } else {
+        path.resize(length);
       }
     }
   }

@@ -1,27 +1,67 @@
-#include "platform/item_removal.h"
-
 #include <fcntl.h>
 
+#include <algorithm>
+#include <chrono>
+#include <optional>
 #include <vector>
 
-#include "base/unique_fd.h"
+#include "platform/file_tree.h"
 #include "platform/posix/tree_cursor.h"
 
 namespace wendle {
 namespace {
 
-// Some file systems skip entries of a folder that shrinks while it is read; others gain entries meanwhile.
-// Such a folder is read again, but not for ever.
-constexpr int mostPasses = 16;
+// Some file systems skip entries of a directory that shrinks while it is read; others gain entries meanwhile.
+// Such a directory is read again, but not for ever.
+constexpr int maxPasses = 16;
+
+// Bounds the time in which directories are read again: it is up after as long as all the rest has taken, or
+// after two seconds. A volume that is slow to delete from thus has the time that it needs.
+class RereadTimer {
+ public:
+  bool isRunning() const { return depth_ > 0; }
+
+  // Runs until the directory at `depth` is left; does nothing within another one that is read again.
+  void startAt(size_t depth) {
+    if (isRunning()) return;
+    depth_ = depth;
+    since_ = Clock::now();
+  }
+
+  void leaveFor(size_t depth) {
+    if (depth >= depth_) return;
+    spent_ += Clock::now() - since_;
+    depth_ = 0;
+  }
+
+  bool isUp() const {
+    const auto now = Clock::now();
+    const Clock::duration rereading = isRunning() ? spent_ + (now - since_) : spent_;
+    return rereading > std::max<Clock::duration>(std::chrono::seconds(2), now - begin_ - rereading);
+  }
+
+ private:
+  using Clock = std::chrono::steady_clock;
+
+  const Clock::time_point begin_ = Clock::now();
+  size_t depth_ = 0;  // 0: not running
+  Clock::time_point since_;
+  Clock::duration spent_{};
+};
+
+bool isNotEmpty(int failure) { return failure == ENOTEMPTY || failure == EEXIST; }
 
 enum class Kind { file, directory };
 
 class Removal {
  public:
-  std::optional<Error> run(const std::string& path) {
+  explicit Removal(int start) : cursor_(start) {}
+
+  Status run(const std::string& path) {
     remove({path, EntryType::unknown});
     while (cursor_.depth() > 0) {
-      if (const auto entry = cursor_.next()) {
+      const bool isGivenUp = rereads_.isRunning() && rereads_.isUp();
+      if (const auto entry = isGivenUp ? std::nullopt : cursor_.next()) {
         remove(*entry);
       } else {
         finishDirectory();
@@ -33,18 +73,19 @@ class Removal {
  private:
   struct Directory {
     std::string name;
-    int passes = 1;
+    int pass = 1;
     bool keepsSomething = false;
   };
 
-  void remove(const DirectoryEntry& entry) {
+  void remove(const DirectoryEntry& entry, int pass = 1) {
     if (entry.type == EntryType::other) return removeFile(entry.name);
-    const auto error = cursor_.enter(entry.name);
-    if (!error) return path_.push_back({entry.name});
-    if (error->code == ENOTDIR || error->code == ELOOP) return removeFile(entry.name);
+    const Status entered = cursor_.enter(entry.name);
+    if (entered.ok()) return path_.push_back({entry.name, pass});
+    const int refusal = entered.error().code;
+    if (refusal == ENOTDIR || refusal == ELOOP) return removeFile(entry.name);
     const int failure = unlinkAt(entry.name, Kind::directory);  // an empty one needs no opening
     if (failure == ENOTDIR) return removeFile(entry.name);      // nor does what only might have been one
-    if (failure != 0) note(*error);
+    if (failure != 0) note(isNotEmpty(failure) ? entered : posixError(failure));
   }
 
   void removeFile(const std::string& name) {
@@ -52,23 +93,20 @@ class Removal {
   }
 
   void finishDirectory() {
-    const auto unread = cursor_.readFailure();
-    Directory directory = std::move(path_.back());
-    const auto lost = cursor_.leave();
+    const Status read = cursor_.readStatus();
+    const Directory directory = std::move(path_.back());
+    const Status left = cursor_.leave();
     path_.resize(cursor_.depth());
-    if (lost) return note(unread.value_or(*lost));
+    rereads_.leaveFor(cursor_.depth());
+    if (!left.ok()) return note(read.ok() ? left : read);
     const int failure = unlinkAt(directory.name, Kind::directory);
     if (failure == 0) return;
-    if (unread) return note(*unread);
-    if (failure != ENOTEMPTY && failure != EEXIST) return note(posixError(failure));
+    if (!read.ok()) return note(read);
+    if (!isNotEmpty(failure)) return note(posixError(failure));
     if (directory.keepsSomething) return keepParent();
-    readAgain(std::move(directory), failure);
-  }
-
-  void readAgain(Directory directory, int failure) {
-    if (++directory.passes > mostPasses) return note(posixError(failure));
-    if (const auto error = cursor_.enter(directory.name)) return note(*error);
-    path_.push_back(std::move(directory));
+    if (directory.pass == maxPasses || rereads_.isUp()) return note(posixError(failure));
+    rereads_.startAt(cursor_.depth() + 1);
+    remove({directory.name, EntryType::directory}, directory.pass + 1);
   }
 
   // The errno value; 0 also for an entry that is already absent, unless it is the item itself.
@@ -78,8 +116,8 @@ class Removal {
     return errno == ENOENT && cursor_.depth() > 0 ? 0 : errno;
   }
 
-  void note(const Error& error) {
-    if (!firstCause_) firstCause_ = error;
+  void note(const Status& failure) {
+    if (firstCause_.ok()) firstCause_ = failure;
     keepParent();
   }
 
@@ -89,11 +127,24 @@ class Removal {
 
   TreeCursor cursor_;
   std::vector<Directory> path_;  // the open directories, in step with cursor_
-  std::optional<Error> firstCause_;
+  RereadTimer rereads_;
+  Status firstCause_;
 };
 
 }  // namespace
 
-std::optional<Error> removeItem(const std::string& path) { return Removal().run(path); }
+Status removeItem(const std::string& path) { return Removal(AT_FDCWD).run(path); }
+
+Status FileTree::removeItem(std::string_view path) const {
+  UniqueFd parent;
+  int fd = directory_.get();
+  for (size_t end = path.find('/'); end != std::string_view::npos; end = path.find('/')) {
+    parent = openDirectory(fd, std::string(path.substr(0, end)));
+    if (!parent.isOpen()) return posixError(errno);
+    fd = parent.get();
+    path.remove_prefix(end + 1);
+  }
+  return Removal(fd).run(std::string(path));
+}
 
 }  // namespace wendle

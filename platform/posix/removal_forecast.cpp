@@ -73,7 +73,8 @@ class Forecast {
   void visitEntry(const std::string& name) {
     struct stat entry {};
     const std::string path = current().path + "/" + name;
-    if (::fstatat(cursor_.fd(), name.c_str(), &entry, AT_SYMLINK_NOFOLLOW) != 0) return keep(path, errno);
+    if (::fstatat(cursor_.fd(), name.c_str(), &entry, AT_SYMLINK_NOFOLLOW) != 0)
+      return keep(path, posixError(errno));
     visit(name, path, entry);
   }
 
@@ -81,31 +82,31 @@ class Forecast {
   void visit(const std::string& name, const std::string& path, const struct stat& entry) {
     if (S_ISREG(entry.st_mode)) result_.size += static_cast<std::uint64_t>(entry.st_size);
     if (!S_ISDIR(entry.st_mode)) return takeOut(path, entry);
-    if (entry.st_dev != device_) return keep(path, EBUSY);
-    if (const auto error = cursor_.enter(name)) return keep(path, error->code);
+    if (entry.st_dev != device_) return keep(path, posixError(EBUSY));
+    if (const Status entered = cursor_.enter(name); !entered.ok()) return keep(path, entered.error());
     directories_.push_back(openedContainer(path, cursor_.fd(), "."));
   }
 
   void leaveDirectory() {
     const Container left = std::move(directories_.back());
     directories_.pop_back();
-    if (const auto unread = cursor_.readFailure()) keep(left.path, unread->code);
-    if (const auto lost = cursor_.leave()) keep(left.path, lost->code);
+    if (const Status read = cursor_.readStatus(); !read.ok()) keep(left.path, read.error());
+    if (const Status parent = cursor_.leave(); !parent.ok()) keep(left.path, parent.error());
     directories_.resize(cursor_.depth() + 1);
     if (!left.keepsSomething) return takeOut(left.path, left.status);
     current().keepsSomething = true;
   }
 
   void takeOut(const std::string& path, const struct stat& entry) {
-    if (const int refusal = unlinkRefusal(current(), entry)) keep(path, refusal);
+    if (const int refusal = unlinkRefusal(current(), entry)) keep(path, posixError(refusal));
   }
 
-  void keep(const std::string& path, int refusal) {
-    if (!result_.obstacle) result_.obstacle = RemovalObstacle{posixError(refusal), path};
+  void keep(const std::string& path, const Error& refusal) {
+    if (!result_.obstacle) result_.obstacle = RemovalObstacle{refusal, path};
     current().keepsSomething = true;
   }
 
-  TreeCursor cursor_;
+  TreeCursor cursor_{AT_FDCWD};
   std::vector<Container> directories_;  // the item's parent, and one for each level of the cursor
   dev_t device_ = 0;
   RemovalForecast result_;

@@ -4,35 +4,31 @@
 
 #include <algorithm>
 
-#include "base/unique_fd.h"
-
 namespace wendle {
-namespace {
 
-UniqueFd openDirectory(int parent, const char* name) {
+UniqueFd openDirectory(int parent, const std::string& name) {
   constexpr int flags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
-  return UniqueFd(retryOnInterrupt([&] { return ::openat(parent, name, flags); }));
+  return UniqueFd(retryOnInterrupt([&] { return ::openat(parent, name.c_str(), flags); }));
 }
 
-int identify(int directory, struct stat& identity) {
+static int identify(int directory, struct stat& identity) {
   return retryOnInterrupt([&] { return ::fstat(directory, &identity); });
 }
 
-}  // namespace
+int TreeCursor::fd() const { return levels_.empty() ? start_ : levels_.back().fd(); }
 
-int TreeCursor::fd() const { return levels_.empty() ? AT_FDCWD : levels_.back().fd(); }
-
-std::optional<Error> TreeCursor::enter(const std::string& name) {
-  UniqueFd directory = openDirectory(fd(), name.c_str());
-  if (!directory.isOpen()) return posixError(errno);
-  if (depth() > mostOpenLevels) {
-    if (auto error = suspend(levels_.back())) return error;
-  }
-  Level level;
+Status TreeCursor::enter(const std::string& name) {
+  UniqueFd directory = openDirectory(fd(), name);
+  struct stat status {};
+  if (!directory.isOpen() || identify(directory.get(), status) != 0) return posixError(errno);
+  if (depth() > 0 && status.st_dev != levels_.front().device) return posixError(EBUSY);
+  if (depth() > maxOpenLevels) suspend(levels_[depth() - 2]);
+  Level& level = levels_.emplace_back();
   level.name = name;
+  level.device = status.st_dev;
+  level.inode = status.st_ino;
   level.stream.emplace(std::move(directory));
-  levels_.push_back(std::move(level));
-  return std::nullopt;
+  return {};
 }
 
 std::optional<DirectoryEntry> TreeCursor::next() {
@@ -45,56 +41,52 @@ std::optional<DirectoryEntry> TreeCursor::next() {
   return entry;
 }
 
-std::optional<Error> TreeCursor::readFailure() const {
-  if (levels_.empty()) return std::nullopt;
+Status TreeCursor::readStatus() const {
+  if (levels_.empty()) return {};
   const Level& level = levels_.back();
   const int failure = level.stream ? level.stream->failure() : level.readFailure;
-  if (failure == 0) return std::nullopt;
-  return posixError(failure);
+  return failure == 0 ? Status() : posixError(failure);
 }
 
-std::optional<Error> TreeCursor::leave() {
+Status TreeCursor::leave() {
   const Level left = std::move(levels_.back());
   levels_.pop_back();
-  if (levels_.empty() || levels_.back().fd() >= 0) return std::nullopt;
-  if (!reopen(levels_.back(), left.fd(), "..")) return std::nullopt;
-  return reopenFromAbove();  // moved away, or not to be searched
+  if (levels_.empty() || levels_.back().fd() >= 0) return {};
+  if (reopen(levels_.back(), left.fd(), "..").ok()) return {};
+  return reopenFromAbove();  // moved away, or not to be searched any more
 }
 
-std::optional<Error> TreeCursor::suspend(Level& level) {
+void TreeCursor::suspend(Level& level) {
   if (level.stream) {
-    if (identify(level.fd(), level.identity) != 0) return posixError(errno);
     while (auto entry = level.stream->next()) level.unvisited.push_back(std::move(*entry));
     std::reverse(level.unvisited.begin(), level.unvisited.end());
     level.readFailure = level.stream->failure();
     level.stream.reset();
   }
   level.reopened.reset();
-  return std::nullopt;
 }
 
-std::optional<Error> TreeCursor::reopen(Level& level, int neighbour, const char* name) {
+Status TreeCursor::reopen(Level& level, int neighbour, const std::string& name) {
   UniqueFd directory = openDirectory(neighbour, name);
   struct stat found {};
   if (!directory.isOpen() || identify(directory.get(), found) != 0) return posixError(errno);
-  if (found.st_dev != level.identity.st_dev || found.st_ino != level.identity.st_ino)
-    return posixError(ENOENT);
+  if (found.st_dev != level.device || found.st_ino != level.inode) return posixError(ENOENT);
   level.reopened = std::move(directory);
-  return std::nullopt;
+  return {};
 }
 
-std::optional<Error> TreeCursor::reopenFromAbove() {
+Status TreeCursor::reopenFromAbove() {
   size_t closed = levels_.size() - 1;
   while (levels_[closed - 1].fd() < 0) --closed;  // ends: the first levels are never closed
   for (; closed < levels_.size(); ++closed) {
     Level& parent = levels_[closed - 1];
-    if (auto error = reopen(levels_[closed], parent.fd(), levels_[closed].name.c_str())) {
+    if (Status status = reopen(levels_[closed], parent.fd(), levels_[closed].name); !status.ok()) {
       levels_.resize(closed);
-      return error;
+      return status;
     }
     parent.reopened.reset();
   }
-  return std::nullopt;
+  return {};
 }
 
 }  // namespace wendle

@@ -11,52 +11,63 @@
 
 namespace wendle {
 
+// Opens the directory `name` of the open directory `parent`, AT_FDCWD for a path of the process's own. Not
+// open, with errno set, when it cannot be; ENOTDIR or ELOOP when `name` is no directory or is a link.
+[[nodiscard]] UniqueFd openDirectory(int parent, const std::string& name);
+
 // A place in a tree that is being visited. Every step is relative to an open descriptor and follows no link,
-// so nobody who swaps a folder for a link can lead a visit out of the tree.
+// so nobody who swaps a directory for a link can lead a visit out of the tree; and none leads to another
+// volume.
 //
-// Trees may be deeper than there are descriptors. The first levels stay open while their subfolders are
-// visited; a deeper folder is closed, with the entries it still had to list kept in memory, and found again
-// through the `..` of its subfolder, or else by name from the levels that are open; it must then be the very
-// directory that was left.
+// Trees may be deeper than there are descriptors. The first levels stay open while their subdirectories are
+// visited, and so does the parent of the current directory, since the way up from a directory that may not be
+// searched is closed. Those between are closed, with the entries they still had to list kept in memory, and
+// found again through the `..` of their subdirectory, or else by name from the levels that are open; it must
+// then be the very directory that was left.
 class TreeCursor {
  public:
-  // How many folders are open above the current one at the most.
-  static constexpr size_t mostOpenLevels = 24;
+  // How many directories are open above the current one at the most.
+  static constexpr size_t maxOpenLevels = 24;
 
-  // Depth 0 is outside the tree, where paths are as open(2) takes them; enter() leads into the tree.
+  // At depth 0, outside the tree, the current directory is `start`; it must stay open.
+  explicit TreeCursor(int start) : start_(start) {}
+
   [[nodiscard]] size_t depth() const { return levels_.size(); }
 
-  // The current directory, for the *at() calls; AT_FDCWD at depth 0.
+  // The current directory, for the *at() calls.
   [[nodiscard]] int fd() const;
 
-  // Opens the directory `name` of the current one and goes there. Returns ENOTDIR or ELOOP when it is no
-  // directory.
-  [[nodiscard]] std::optional<Error> enter(const std::string& name);
+  // Opens the directory `name` of the current one and goes there; `name` may be a path at depth 0. Returns
+  // ENOTDIR or ELOOP when it is no directory, EBUSY when it is on another device than the directory of
+  // depth 1.
+  [[nodiscard]] Status enter(const std::string& name);
 
-  // The next entry of the current directory; none when all were returned or reading failed (see readFailure).
+  // The next entry of the current directory; none when all were returned or reading failed (see readStatus).
   [[nodiscard]] std::optional<DirectoryEntry> next();
-  [[nodiscard]] std::optional<Error> readFailure() const;
+  [[nodiscard]] Status readStatus() const;
 
   // Goes back to the parent. When it cannot be found again (somebody has moved it away), it returns why and
   // goes up to the nearest level that can: look at depth().
-  [[nodiscard]] std::optional<Error> leave();
+  [[nodiscard]] Status leave();
 
  private:
   struct Level {
     std::string name;
-    std::optional<DirectoryStream> stream;  // none: closed while a subfolder is visited
+    dev_t device = 0;
+    ino_t inode = 0;
+    std::optional<DirectoryStream> stream;  // none: closed while a subdirectory is visited
     UniqueFd reopened;                      // after that
     std::vector<DirectoryEntry> unvisited;  // what the stream had not returned, last entry first
     int readFailure = 0;
-    struct stat identity {};
 
     [[nodiscard]] int fd() const { return stream ? stream->fd() : reopened.get(); }
   };
 
-  static std::optional<Error> suspend(Level& level);
-  static std::optional<Error> reopen(Level& level, int neighbour, const char* name);
-  std::optional<Error> reopenFromAbove();
+  static void suspend(Level& level);
+  static Status reopen(Level& level, int neighbour, const std::string& name);
+  Status reopenFromAbove();
 
+  int start_;
   std::vector<Level> levels_;
 };
 

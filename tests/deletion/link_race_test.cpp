@@ -4,13 +4,11 @@
 #include <algorithm>
 #include <array>
 #include <random>
-#include <semaphore>
-#include <thread>
 
-#include "disturbed_calls.h"
-#include "platform/item_removal.h"
+#include "platform/file_tree.h"
 #include "platform/posix/tree_cursor.h"
 #include "support/temp_directory.h"
+#include "syscall_faults.h"
 
 namespace wendle {
 
@@ -44,7 +42,7 @@ class Arena {
   }
 
  private:
-  static constexpr size_t depth = TreeCursor::mostOpenLevels + 8;
+  static constexpr size_t depth = TreeCursor::maxOpenLevels + 8;
   static constexpr std::array bystanderEntries{"1", "2", "in/1", "in/2"};
 
   TempDirectory temp_;
@@ -68,25 +66,13 @@ static void removeByDescriptor(const std::string& path) { (void)removeItem(path)
 
 using Deletion = void (*)(const std::string& path);
 
-// A thread swaps once for every system call of the deletion: before the call or in it. Returns how many swaps
-// there were.
+// Swaps before every system call of the deletion. Returns how many swaps there were.
 static int race(Arena& arena, Deletion deletion) {
-  std::binary_semaphore wanted(0);
-  std::binary_semaphore done(1);
   int swaps = 0;
-  std::jthread swapper([&](const std::stop_token& over) {
-    for (wanted.acquire(); !over.stop_requested(); wanted.acquire()) {
-      swaps += arena.swapOne();
-      done.release();
-    }
-  });
-  disturbance = [&](Call, const std::string&) { return done.acquire(), wanted.release(), 0; };
+  syscallHook = [&](Syscall, const std::string&) { return swaps += arena.swapOne(), 0; };
   deletion(arena.tree());
-  disturbance = nullptr;
-  done.acquire();
-  swapper.request_stop();
-  wanted.release();
-  return swapper.join(), swaps;
+  syscallHook = nullptr;
+  return swaps;
 }
 
 // The number of lost entries, after ten thousand swaps or when there are any.

@@ -1,10 +1,13 @@
 // Each thing that changes what a mode does, alone on a Mac without the client.
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include <algorithm>
 #include <functional>
 #include <utility>
 
+#include "base/unique_fd.h"
 #include "support/run_result.h"
 
 namespace wendle::test {
@@ -120,6 +123,29 @@ Lines both(Lines some, const Lines& others) {
   return some;
 }
 
+// Containers in one another, together too deep for a path.
+constexpr int nestedContainers = 25;
+const std::string containerName = "com.wendle." + std::string(200, 'x');
+
+void addNestedContainers(SimulatedMac& mac) {
+  UniqueFd level(::open(mac.at(home + "/Library/Containers").c_str(), O_RDONLY | O_DIRECTORY));
+  for (int i = 0; i < nestedContainers; ++i) {
+    ::mkdirat(level.get(), containerName.c_str(), S_IRWXU);
+    level.reset(::openat(level.get(), containerName.c_str(), O_RDONLY | O_DIRECTORY));
+  }
+}
+
+Lines goneWithTheFirst() {
+  Lines lines;
+  std::string url = home + "/Library/Containers/" + containerName + "/";
+  for (lines = {deleted(url)}; lines.size() < nestedContainers;) {
+    url += containerName + "/";
+    lines.push_back("[error] uninstaller: Delete Folder - file://" + url +
+                    ": Error Domain=NSPOSIXErrorDomain Code=2 \"No such file or directory\"");
+  }
+  return lines;
+}
+
 const std::string several = "/Users/Shared/a\nb\n" + home + "/Documents\n/c\n.app";
 const std::string outer = "/Applications/A.app";
 
@@ -137,6 +163,11 @@ INSTANTIATE_TEST_SUITE_P(
          addCopiesEverywhere,
          {agentPermissions, after(search, deletedFolders(both(exempt, notExempt)))},
          both(exempt, notExempt)},
+        {"NestedContainersGoWithTheFirst",
+         "soft",
+         addNestedContainers,
+         {after(progress("Remove folder containers - started"), goneWithTheFirst())},
+         {home + "/Library/Containers/" + containerName}},
         {"LineFeedsInAPath",
          "soft",
          [](SimulatedMac& mac) {

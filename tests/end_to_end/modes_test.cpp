@@ -2,6 +2,8 @@
 // printed, what is left on disk and in the system's lists, and which processes live.
 #include <gtest/gtest.h>
 
+#include <regex>
+
 #include "simulated_mac/client_fixture.h"
 #include "simulated_mac/shared.h"
 #include "support/run_result.h"
@@ -41,6 +43,49 @@ TEST_P(ModeTest, RunsAllItsStepsWithoutAClient) {
 
 INSTANTIATE_TEST_SUITE_P(Modes, ModeTest, testing::Values("updates", "soft", "hard", "full"),
                          [](const auto& mode) { return std::string(mode.param); });
+
+// What a run says when `path` holds a mount point, or is one.
+std::string busyLine(const std::string& kind, const std::string& path) {
+  return "[error] uninstaller: Delete " + kind + " - file://" + path +
+         ": Error Domain=NSPOSIXErrorDomain Code=16 \"Device or resource busy\"";
+}
+
+// A drive is mounted in an item of every kind and in another vendor's container, a file over a preference
+// file.
+TEST(VolumesTest, StayWhereTheyAreMountedAndTheRestOfTheItemGoes) {
+  mac::SimulatedMac mac = mac::SimulatedMac::scratch();
+  mac::installClient(mac);
+  mac.addFile("/Volumes/Drive/file", "kept");
+  const std::string drive = mac.at("/Volumes/Drive");
+  const std::string library = mac::home + "/Library/", agent = "com.wendle.DesktopClient.WendleAgent";
+  const std::string app = "/Applications/Wendle.app/",
+                    preferences = library + "Preferences/" + agent + ".plist";
+  const Lines items{app,
+                    mac::home + "/Applications/WendleAgent.app/",
+                    "/Applications/Wendle/",
+                    library + "Containers/" + agent + "/",
+                    library + "Application%20Support/Wendle/",
+                    "/Users/Shared/Wendle/"};
+  mac::SessionOptions options{.mounts = {"--bind", drive + "/file", preferences}};
+  const auto mount = [&](const std::string& item) {
+    const Lines words{"--tmpfs", item + "Drive", "--bind", drive, item + "Drive/com.wendle.kept"};
+    options.mounts.insert(options.mounts.end(), words.begin(), words.end());
+  };
+  mount(library + "Containers/com.fabrikam.Notes/");
+  Lines want;
+  for (const std::string& item : items) {
+    mount(std::regex_replace(item, std::regex("%20"), " "));
+    want.push_back(busyLine("Folder", item));
+  }
+  want.push_back(busyLine("Folder", app));  // deleted once more
+  want.push_back(busyLine("File", preferences));
+
+  Lines log = runUninstaller(mac, {"--full"}, options).log;
+  std::erase_if(log, [](const std::string& line) { return line.find(" Code=16 ") == std::string::npos; });
+  EXPECT_EQ(joined(log), joined(want));
+  EXPECT_EQ(mac.read("/Volumes/Drive/file"), "kept");
+  for (const char* rest : {"Contents", "Drive/com.wendle.kept"}) EXPECT_FALSE(mac.exists(app + rest));
+}
 
 // Desktop applications, one of which refuses to quit, the extension, and components that are left alone. The
 // tool itself carries the extension's identifier, as when the extension has started it.

@@ -1,12 +1,12 @@
+#include "platform/file_tree.h"
+
 #include <fcntl.h>
 #include <sys/file.h>
-#include <sys/resource.h>
 
 #include <set>
 
-#include "platform/directory_walk.h"
+#include "platform/file_presence.h"
 #include "platform/folder_lock.h"
-#include "platform/item_removal.h"
 #include "platform/posix/tree_cursor.h"
 #include "support/each.h"
 #include "support/processes.h"
@@ -14,7 +14,7 @@
 
 namespace wendle {
 
-static constexpr int beyondTheOpenLevels = TreeCursor::mostOpenLevels + 10;
+static constexpr int beyondTheOpenLevels = TreeCursor::maxOpenLevels + 10;
 
 // Makes `depth` folders `deeper` inside one another below `base`, and beside each the folders `siblings`.
 // No path is used, which could be too long.
@@ -37,39 +37,11 @@ TEST(ItemRemoval, RemovesTheItemAndNothingBehindALink) {
   temp.link("way", "bystander");
   temp.directory("empty");
   const auto removal = [&](const std::string& item) { return removeItem(temp / item); };
-  expectAll(std::nullopt, removal,
-            {"tree", "empty", "file", "file link", "folder link", "dangling", "way/item"});
-  expectAll(posixError(ENOENT), removal, {"missing", "missing/item"});
+  expectAll(true, fileExists, {temp / "file", temp / "folder link"});
+  expectAll(false, fileExists, {temp / "missing", temp / "dangling"});
+  expectAll(Status(), removal, {"tree", "empty", "file", "file link", "folder link", "dangling", "way/item"});
+  expectAll(Status(posixError(ENOENT)), removal, {"missing", "missing/item"});
   EXPECT_EQ(temp.contents(), (Texts{"bystander", "bystander/inner", "bystander/inner/file", "way"}));
-}
-
-TEST(ItemRemoval, EntryThatStaysSavesNothingElseAndIsTheCause) {
-  inForkAsOrdinaryUser([] {
-    const TempDirectory temp;
-    makeDeepTree(temp.directory("tree"), beyondTheOpenLevels, {"a", "b", "x"});
-    std::string deepest = "tree";
-    for (int i = 0; i < beyondTheOpenLevels; ++i, deepest += "/deeper") temp.file(deepest + "/a/file");
-    const Texts locked{deepest + "/locked", "tree/x/locked"};
-    for (const auto& folder : {locked[0], locked[1], std::string("tree/x")}) temp.file(folder + "/file");
-    for (const std::string& folder : locked) ::chmod((temp / folder).c_str(), S_IRUSR | S_IXUSR);
-    ::chmod(temp.directory("tree/unreadable but empty").c_str(), 0);
-    EXPECT_EQ(removeItem(temp / "tree"), posixError(EACCES));
-    EXPECT_EQ(temp.contents().size(), beyondTheOpenLevels + 6U);  // the locked ones and the way to them
-    for (const std::string& folder : locked) ::chmod((temp / folder).c_str(), S_IRWXU);
-  });
-}
-
-TEST(ItemRemoval, DepthAndWidthNeedFewDescriptors) {
-  const TempDirectory temp;
-  temp.file("bystander");
-  makeDeepTree(temp.directory("deep"), 5000, {});
-  makeDeepTree(temp.directory("wide"), 200, {"a", "b", "x", "y"});
-  inFork([&] {
-    const rlimit few{64, 64};
-    ::setrlimit(RLIMIT_NOFILE, &few);
-    for (const char* tree : {"deep", "wide"}) EXPECT_EQ(removeItem(temp / tree), std::nullopt);
-  });
-  EXPECT_EQ(temp.contents(), Texts{"bystander"});
 }
 
 TEST(DirectoryWalk, FindsDirectoriesOfThatNameAtAnyDepth) {
@@ -83,11 +55,12 @@ TEST(DirectoryWalk, FindsDirectoriesOfThatNameAtAnyDepth) {
     temp.link("link", "start");
     ::chmod((temp / "start/our.locked").c_str(), 0);
     const auto found = [&](const std::string& start) {
-      const Texts paths = findDirectories(temp / start, [](auto name) { return name.starts_with("our."); });
+      const Texts paths =
+          FileTree(temp / start).findDirectories([](auto name) { return name.starts_with("our."); });
       return std::set(paths.begin(), paths.end());
     };
-    EXPECT_EQ(found("start"), (std::set{temp / "start/.hidden/our.c", temp / "start/our.a",
-                                        temp / "start/our.a/x/our.b", temp / "start/our.locked"}));
+    EXPECT_EQ(found("start"),
+              (std::set<std::string>{".hidden/our.c", "our.a", "our.a/x/our.b", "our.locked"}));
     expectAll(std::set<std::string>(), found, {"missing", "start/our.file", "link"});
     ::chmod((temp / "start/our.locked").c_str(), S_IRWXU);
   });
@@ -97,11 +70,32 @@ TEST(DirectoryWalk, DeepPathsAreExactAndParentsComeFirst) {
   const TempDirectory temp;
   makeDeepTree(temp.directory("start"), beyondTheOpenLevels, {"a", "b", "x"});
   std::set<std::string> found{temp / "start"};
-  for (const std::string& path : findDirectories(temp / "start", [](std::string_view) { return true; })) {
-    EXPECT_TRUE(found.contains(path.substr(0, path.rfind('/')))) << path;
-    EXPECT_TRUE(std::filesystem::exists(path) && found.insert(path).second) << path;
+  for (const std::string& path : FileTree(temp / "start").findDirectories([](auto) { return true; })) {
+    const std::string item = temp / "start/" + path;
+    EXPECT_TRUE(found.contains(item.substr(0, item.rfind('/')))) << path;
+    EXPECT_TRUE(std::filesystem::exists(item) && found.insert(item).second) << path;
   }
   EXPECT_EQ(found.size(), temp.contents().size());
+}
+
+TEST(FileTree, RemovesWhatItFoundFromWhereItWas) {
+  const TempDirectory temp;
+  for (const char* start : {"start", "start/swapped"})  // in the end too deep for a path
+    makeDeepTree(temp.directory(start), 700, {});
+  const Texts bystanders{"bystander/deeper/file", "bystander/swapped/deeper/file"};
+  for (const std::string& file : bystanders) temp.file(file);
+  const FileTree tree(temp / "start");
+  const Texts found = tree.findDirectories([](std::string_view name) { return name == "deeper"; });
+  EXPECT_EQ(tree.removeItem(found.back()), Status());
+  std::filesystem::rename(temp / "start", temp / "moved");
+  std::filesystem::rename(temp / "moved/swapped", temp / "moved/kept");
+  for (const char* link : {"start", "moved/swapped"}) temp.link(link, temp / "bystander");
+  for (const std::string& path : found) {
+    const Status want = path == "deeper" ? Status() : posixError(path[0] == 's' ? ENOTDIR : ENOENT);
+    EXPECT_EQ(tree.removeItem(path), want) << path.size();
+  }
+  expectAll(
+      "kept", [&](const auto& file) { return temp.text(file); }, bystanders);
 }
 
 TEST(FolderLock, KeepsOthersOutAndIsNotWaitedForForEver) {

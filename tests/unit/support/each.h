@@ -5,9 +5,15 @@
 #include <string>
 #include <vector>
 
+#include "base/error.h"
+
 namespace wendle {
 
 using Texts = std::vector<std::string>;
+
+inline void PrintTo(const Status& status, std::ostream* out) {
+  *out << (status.ok() ? "success" : describe(status.error()));
+}
 
 // What `function` makes of each of `inputs`, in their order.
 template <typename Function>

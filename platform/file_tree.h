@@ -1,0 +1,52 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "base/error.h"
+#include "base/unique_fd.h"
+
+namespace wendle {
+
+// Removes the item at `path`, a directory with all its contents; removes a link, never what it leads to, at
+// any depth and also when somebody swaps directories for links meanwhile. Only links in the directories above
+// the item are followed. Blocks until done; needs fewer than 40 descriptors whatever the depth. Memory grows
+// with the depth, and with the number of entries only in directories more than 22 levels down.
+//
+// A directory on another device than the item's is another volume: it stays with all its contents, and is
+// EBUSY, as a mount point is (removefile(3) walks with FTS_XDEV). An item that is itself a mount point is
+// emptied.
+//
+// What cannot be removed is passed over and the rest is removed all the same; the result is then the error
+// that was met first, not the "directory not empty" that follows from it. A missing item is ENOENT; one that
+// vanishes from inside the tree meanwhile is success. A directory in which others create items meanwhile is
+// read again up to 16 times; such reading takes no longer than all the rest, or than two seconds.
+[[nodiscard]] Status removeItem(const std::string& path);
+
+// A directory that is held open: what is found in it is removed from it, wherever its path leads by then.
+// Below it no link is followed. All paths are relative to it.
+class FileTree {
+ public:
+  // Links in the directories above `path` are followed. Nothing is found in a missing directory, a plain file
+  // or a link.
+  explicit FileTree(const std::string& path);
+
+  // The directories at any depth whose own names satisfy `matches`, parents before their contents, otherwise
+  // in the file system's order. Hidden directories count; links are no directories; an unreadable directory
+  // may match, its contents are passed over, and so are those of a directory on another volume. Blocks until
+  // the tree is read; keeps the matches only, and of directories more than 22 levels down the entries still
+  // to come.
+  [[nodiscard]] std::vector<std::string> findDirectories(
+      const std::function<bool(std::string_view)>& matches) const;
+
+  // As the function of that name. ENOENT also when a directory above the item is missing; ENOTDIR when it is
+  // a link by now.
+  [[nodiscard]] Status removeItem(std::string_view path) const;
+
+ private:
+  UniqueFd directory_;
+};
+
+}  // namespace wendle

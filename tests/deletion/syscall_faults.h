@@ -1,0 +1,28 @@
+#pragma once
+
+#include <ctime>
+#include <functional>
+#include <optional>
+#include <string>
+
+namespace wendle {
+
+// openat(2), getdents64(2), fstat(2) and unlinkat(2): the system calls of a deletion.
+enum class Syscall { open, read, status, unlink };
+
+// Runs before a call, its own calls aside, and returns the errno value that the call fails with; 0 lets it go
+// on. `item` is what the program wants to get into, list or remove by the call; empty on the way back from a
+// subdirectory.
+using SyscallHook = std::function<int(Syscall call, const std::string& item)>;
+
+// Of those calls of this thread; none when null. The executable has the functions of the system calls itself,
+// so whatever is linked into it calls them.
+extern thread_local SyscallHook syscallHook;
+
+// Directories do not tell this thread what kind their entries are of, as on some file systems.
+extern thread_local bool areTypesHidden;
+
+// What the monotonic clock shows this thread, in seconds; none: it goes.
+extern thread_local std::optional<time_t> stoppedClock;
+
+}  // namespace wendle
