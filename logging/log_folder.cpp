@@ -32,17 +32,49 @@ bool isOurOwnFile(int fd) {
          status.st_uid == ::geteuid();
 }
 
+// Mode 0700 whatever the launcher's umask, which is the process's: the first record is written before there
+// is any other thread. An item that is there already stays as it is.
+void makePrivateDirectory(int parent, const char* name) {
+  const mode_t usual = ::umask(S_IRWXG | S_IRWXO);
+  ::mkdirat(parent, name, S_IRWXU);
+  ::umask(usual);
+}
+
+struct FoundFile {
+  std::string start;       // the time stamp to sort by
+  bool isNamedAfterStart;  // rather than by its own time
+  std::string name;
+
+  // Time stamp and prefix have a fixed width, so the shorter of two names has the smaller process number.
+  bool isNewer(const FoundFile& other) const {
+    return std::tuple(start, isNamedAfterStart, name.size(), name) >
+           std::tuple(other.start, other.isNamedAfterStart, other.name.size(), other.name);
+  }
+};
+
+// A name can lie ahead of the clock, since the clock was wrong or the name is made up. The run began no later
+// than its file was last written; a file from the future says nothing and is the oldest.
+FoundFile foundFile(std::string name, const std::string& stamp, std::time_t lastWrite) {
+  using namespace std::chrono;
+  const sys_seconds written{seconds(lastWrite)};
+  constexpr seconds coarseness(1);  // of the file system's clock
+  const bool isNamedAfterStart = stamp <= fileNameTimeStamp(written + coarseness);
+  std::string start = isNamedAfterStart ? stamp : fileNameTimeStamp(written);
+  if (start > fileNameTimeStamp(floor<seconds>(system_clock::now()))) start.clear();
+  return {std::move(start), isNamedAfterStart, std::move(name)};
+}
+
 }  // namespace
 
 LogFolder::LogFolder(std::string libraryDirectory, std::string system)
     : libraryDirectory_(std::move(libraryDirectory)), system_(std::move(system)) {}
 
 UniqueFd LogFolder::open(IfMissing ifMissing) const {
-  if (ifMissing == IfMissing::make) ::mkdir(libraryDirectory_.c_str(), S_IRWXU);
+  if (ifMissing == IfMissing::make) makePrivateDirectory(AT_FDCWD, libraryDirectory_.c_str());
   UniqueFd folder(::open(libraryDirectory_.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
   for (const char* name : {"Logs", "Wendle"}) {
     if (!folder.isOpen()) break;
-    if (ifMissing == IfMissing::make) ::mkdirat(folder.get(), name, S_IRWXU);
+    if (ifMissing == IfMissing::make) makePrivateDirectory(folder.get(), name);
     folder.reset(::openat(folder.get(), name, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
   }
   return folder;
@@ -61,20 +93,23 @@ UniqueFd LogFolder::createFile(LogTime start) const {
 }
 
 std::vector<std::string> LogFolder::sortedNames() const {
-  std::vector<std::string> names;
+  std::vector<FoundFile> files;
   UniqueFd folder = open(IfMissing::giveUp);
-  if (!folder.isOpen()) return names;
+  if (!folder.isOpen()) return {};
   DirectoryStream entries(std::move(folder));
-  while (const auto entry = entries.next()) {
-    if (entry->type != EntryType::directory && isLogFileName(entry->name)) names.push_back(entry->name);
+  while (auto entry = entries.next()) {
+    struct stat status {};
+    if (!isLogFileName(entry->name) ||
+        ::fstatat(entries.fd(), entry->name.c_str(), &status, AT_SYMLINK_NOFOLLOW) != 0 ||
+        !S_ISREG(status.st_mode)) {
+      continue;
+    }
+    const std::string stamp = entry->name.substr(system_.size() + 1, timeStampLength);
+    files.push_back(foundFile(std::move(entry->name), stamp, status.st_mtime));
   }
-  // The prefix and the time stamp have a fixed width, so the shorter of two names has the smaller process
-  // number.
-  const auto isNewer = [this](const std::string& a, const std::string& b) {
-    const size_t length = system_.size() + 1 + timeStampLength;
-    return std::tuple(a.substr(0, length), a.size(), a) > std::tuple(b.substr(0, length), b.size(), b);
-  };
-  std::sort(names.begin(), names.end(), isNewer);
+  std::sort(files.begin(), files.end(), [](const auto& a, const auto& b) { return a.isNewer(b); });
+  std::vector<std::string> names;
+  for (FoundFile& file : files) names.push_back(std::move(file.name));
   return names;
 }
 
@@ -86,7 +121,8 @@ void LogFolder::removeOldFiles(LogTime start) const {
 }
 
 std::string LogFolder::ownName(LogTime start) const {
-  return system_ + "-" + fileNameTimeStamp(start) + "-" + std::to_string(::getpid()) + std::string(suffix);
+  return system_ + "-" + fileNameTimeStamp(std::chrono::floor<std::chrono::seconds>(start)) + "-" +
+         std::to_string(::getpid()) + std::string(suffix);
 }
 
 // <system>-<time stamp>-<process number>.log

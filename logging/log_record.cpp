@@ -4,28 +4,21 @@
 #include <cstdio>
 #include <ctime>
 
+#include "base/text.h"
+
 namespace wendle {
 namespace {
 
-std::string formatted(LogTime time, const char* format) {
-  const std::time_t seconds =
-      std::chrono::system_clock::to_time_t(std::chrono::floor<std::chrono::seconds>(time));
+std::string formatted(std::chrono::sys_seconds time, const char* format) {
+  const std::time_t seconds = time.time_since_epoch().count();
   std::tm utc{};
   ::gmtime_r(&seconds, &utc);
   std::array<char, 32> text{};
   return {text.data(), std::strftime(text.data(), text.size(), format, &utc)};
 }
 
-std::string withMilliseconds(LogTime time) {
-  const auto inSecond = time - std::chrono::floor<std::chrono::seconds>(time);
-  const auto count = std::chrono::duration_cast<std::chrono::milliseconds>(inSecond).count();
-  std::array<char, 8> fraction{};
-  std::snprintf(fraction.data(), fraction.size(), ".%03dZ", static_cast<int>(count));
-  return formatted(time, "%Y-%m-%dT%H:%M:%S") + fraction.data();
-}
-
 std::string record(LogTime time, std::string_view kind, std::string_view logger, std::string_view text) {
-  std::string line = withMilliseconds(time);
+  std::string line = utcText(std::chrono::floor<std::chrono::milliseconds>(time));
   line.append(" [")
       .append(kind)
       .append("] ")
@@ -36,26 +29,45 @@ std::string record(LogTime time, std::string_view kind, std::string_view logger,
   return line;
 }
 
+std::string escapeSequence(std::string_view bytes) {
+  constexpr std::string_view characters = "\\\n\r\t";
+  constexpr std::string_view letters = "\\nrt";
+  if (const size_t known = characters.find(bytes); known != std::string_view::npos) {
+    return {'\\', letters[known]};
+  }
+  constexpr std::string_view digits = "0123456789abcdef";
+  std::string sequence;
+  for (const char character : bytes) {
+    const auto byte = static_cast<unsigned char>(character);
+    sequence += {'\\', 'x', digits[byte >> 4U], digits[byte & 0xFU]};
+  }
+  return sequence;
+}
+
 }  // namespace
 
+std::string utcText(UtcTime time) {
+  const auto second = std::chrono::floor<std::chrono::seconds>(time);
+  std::array<char, 8> fraction{};
+  std::snprintf(fraction.data(), fraction.size(), ".%03dZ", static_cast<int>((time - second).count()));
+  return formatted(second, "%Y-%m-%dT%H:%M:%S") + fraction.data();
+}
+
+bool isControlCharacter(char32_t character) {
+  const auto isIn = [=](char32_t first, char32_t last) { return character >= first && character <= last; };
+  return character < 0x20 || isIn(0x7F, 0x9F) || character == 0x61C || isIn(0x200E, 0x200F) ||
+         isIn(0x2028, 0x202E) || isIn(0x2066, 0x2069);
+}
+
 std::string escapedText(std::string_view text) {
-  constexpr std::string_view digits = "0123456789abcdef";
   std::string result;
-  for (const char character : text) {
-    const auto byte = static_cast<unsigned char>(character);
-    if (character == '\\') {
-      result += "\\\\";
-    } else if (character == '\n') {
-      result += "\\n";
-    } else if (character == '\r') {
-      result += "\\r";
-    } else if (character == '\t') {
-      result += "\\t";
-    } else if (byte < 0x20 || byte == 0x7F) {
-      result += {'\\', 'x', digits[byte >> 4U], digits[byte & 0xFU]};
-    } else {
-      result += character;
-    }
+  while (!text.empty()) {
+    const std::string_view rest = text;
+    const auto character = takeUtf8Character(text);
+    if (!character) text.remove_prefix(1);
+    const std::string_view bytes = rest.substr(0, rest.size() - text.size());
+    const bool isEscaped = character && (*character == '\\' || isControlCharacter(*character));
+    result += isEscaped ? escapeSequence(bytes) : std::string(bytes);
   }
   return result;
 }
@@ -68,6 +80,6 @@ std::string errorRecord(LogTime time, std::string_view logger, std::string_view 
   return record(time, "error", logger, text);
 }
 
-std::string fileNameTimeStamp(LogTime time) { return formatted(time, "%Y%m%dT%H%M%SZ"); }
+std::string fileNameTimeStamp(std::chrono::sys_seconds time) { return formatted(time, "%Y%m%dT%H%M%SZ"); }
 
 }  // namespace wendle

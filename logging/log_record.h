@@ -9,8 +9,17 @@
 namespace wendle {
 
 using LogTime = std::chrono::system_clock::time_point;
+using UtcTime = std::chrono::sys_time<std::chrono::milliseconds>;
 
-// One line of printable text: a backslash and control characters are escaped (\\ \n \r \t, else \xNN).
+// 2026-11-21T07:40:12.345Z
+[[nodiscard]] std::string utcText(UtcTime time);
+
+// Whether a terminal or a viewer may obey `character` instead of showing it: the controls (C0, DEL, C1), the
+// bidirectional controls, and the line and paragraph separators.
+[[nodiscard]] bool isControlCharacter(char32_t character);
+
+// One line of printable text: a backslash and control characters are escaped (\\ \n \r \t, else \xNN for
+// each byte). Bytes that are no UTF-8 stay as they are.
 [[nodiscard]] std::string escapedText(std::string_view text);
 
 // 2026-11-21T07:40:12.345Z [1] uninstaller: Unload Wendle agent - started
@@ -22,6 +31,6 @@ using LogTime = std::chrono::system_clock::time_point;
 [[nodiscard]] std::string errorRecord(LogTime time, std::string_view logger, std::string_view text);
 
 // The start of a run as file names have it: 20261121T074012Z
-[[nodiscard]] std::string fileNameTimeStamp(LogTime time);
+[[nodiscard]] std::string fileNameTimeStamp(std::chrono::sys_seconds time);
 
 }  // namespace wendle
