@@ -1,19 +1,17 @@
 #include "report/log_reader.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 
 namespace wendle {
 namespace {
 
-constexpr std::string_view timeForm = "0000-00-00T00:00:00.000Z ";
-
-bool hasTimeForm(std::string_view text) {
-  for (size_t i = 0; i < timeForm.size(); ++i) {
-    const bool isDigit = text[i] >= '0' && text[i] <= '9';
-    if (timeForm[i] == '0' ? !isDigit : text[i] != timeForm[i]) return false;
-  }
-  return true;
+bool hasForm(std::string_view text, std::string_view form) {
+  const auto fits = [](char character, char wanted) {
+    return wanted == '0' ? character >= '0' && character <= '9' : character == wanted;
+  };
+  return std::equal(text.begin(), text.end(), form.begin(), form.end(), fits);
 }
 
 int numberAt(std::string_view text, size_t position, size_t length) {
@@ -22,16 +20,10 @@ int numberAt(std::string_view text, size_t position, size_t length) {
   return number;
 }
 
-std::optional<decltype(LogRecord::time)> takeTime(std::string_view& line) {
-  if (line.size() < timeForm.size() || !hasTimeForm(line)) return std::nullopt;
-  using namespace std::chrono;
-  const year_month_day date(year(numberAt(line, 0, 4)), month(static_cast<unsigned>(numberAt(line, 5, 2))),
-                            day(static_cast<unsigned>(numberAt(line, 8, 2))));
-  if (!date.ok()) return std::nullopt;
-  const auto time = sys_days(date) + hours(numberAt(line, 11, 2)) + minutes(numberAt(line, 14, 2)) +
-                    seconds(numberAt(line, 17, 2)) + milliseconds(numberAt(line, 20, 3));
-  line.remove_prefix(timeForm.size());
-  return time;
+std::optional<UtcTime> takeTime(std::string_view& line) {
+  const std::string_view text = line.substr(0, line.find(' '));
+  line.remove_prefix(std::min(line.size(), text.size() + 1));
+  return parseUtcTime(text);
 }
 
 std::optional<RecordKind> takeKind(std::string_view& line) {
@@ -79,6 +71,20 @@ std::optional<std::string> unescaped(std::string_view text) {
 }
 
 }  // namespace
+
+std::optional<UtcTime> parseUtcTime(std::string_view text) {
+  const bool hasMilliseconds = hasForm(text, "0000-00-00T00:00:00.000Z");
+  if (!hasMilliseconds && !hasForm(text, "0000-00-00T00:00:00Z")) return std::nullopt;
+  using namespace std::chrono;
+  const year_month_day date(year(numberAt(text, 0, 4)), month(static_cast<unsigned>(numberAt(text, 5, 2))),
+                            day(static_cast<unsigned>(numberAt(text, 8, 2))));
+  const hours hour(numberAt(text, 11, 2));
+  const minutes minute(numberAt(text, 14, 2));
+  const seconds second(numberAt(text, 17, 2));
+  if (!date.ok() || hour >= days(1) || minute >= hours(1) || second > minutes(1)) return std::nullopt;
+  const milliseconds fraction(hasMilliseconds ? numberAt(text, 20, 3) : 0);
+  return sys_days(date) + hour + minute + second + fraction;
+}
 
 std::optional<LogRecord> parseLogRecord(std::string_view line) {
   const auto time = takeTime(line);

@@ -6,13 +6,19 @@
 #include <string_view>
 #include <vector>
 
+#include "logging/log_record.h"
+
 namespace wendle {
+
+// The time that `text` is, as 2026-11-21T07:40:12Z or with milliseconds as 2026-11-21T07:40:12.345Z; none for
+// any other text.
+[[nodiscard]] std::optional<UtcTime> parseUtcTime(std::string_view text);
 
 enum class RecordKind { progress, failure, error };  // [1], [4], [error]
 
 // One record of a log, as it was before its text was escaped.
 struct LogRecord {
-  std::chrono::sys_time<std::chrono::milliseconds> time;
+  UtcTime time;
   RecordKind kind = RecordKind::progress;
   std::string logger;
   std::string text;

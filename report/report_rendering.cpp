@@ -10,19 +10,6 @@
 namespace wendle {
 namespace {
 
-std::string timeText(decltype(LogRecord::time) time) {
-  const auto day = std::chrono::floor<std::chrono::days>(time);
-  const std::chrono::year_month_day date(day);
-  const std::chrono::hh_mm_ss clock(time - day);
-  std::array<char, 64> text{};
-  std::snprintf(text.data(), text.size(), "%04d-%02u-%02uT%02d:%02d:%02d.%03dZ",
-                static_cast<int>(date.year()), static_cast<unsigned>(date.month()),
-                static_cast<unsigned>(date.day()), static_cast<int>(clock.hours().count()),
-                static_cast<int>(clock.minutes().count()), static_cast<int>(clock.seconds().count()),
-                static_cast<int>(clock.subseconds().count()));
-  return text.data();
-}
-
 std::string secondsText(std::chrono::milliseconds duration) {
   std::array<char, 32> text{};
   std::snprintf(text.data(), text.size(), "%.3f", static_cast<double>(duration.count()) / 1000);
@@ -45,7 +32,7 @@ std::string quoted(std::string_view text) {
       text.remove_prefix(1);
     } else if (*character == '"' || *character == '\\') {
       (result += '\\') += before.front();
-    } else if (*character < 0x20) {
+    } else if (isControlCharacter(*character)) {
       std::array<char, 8> escape{};
       std::snprintf(escape.data(), escape.size(), "\\u%04x", static_cast<unsigned>(*character));
       result += escape.data();
@@ -77,7 +64,7 @@ std::string asSentence(const RunReport& report) {
 }
 
 std::string asText(const RunReport& report) {
-  std::string text = report.mode + ", started " + timeText(report.start) + "\n";
+  std::string text = report.mode + ", started " + utcText(report.start) + "\n";
   text += section("Removed", report.removed);
   text += section("Not there", report.notThere);
   text += section("Tools that ran to their end", report.toolsRun);
@@ -88,9 +75,11 @@ std::string asText(const RunReport& report) {
   return text + asSentence(report) + "\n";
 }
 
-std::string asJson(const RunReport& report) {
-  std::string text = "{\"mode\": " + quoted(report.mode);
-  text += ", \"started\": " + quoted(timeText(report.start));
+std::string asJson(const RunReport& report, const ReportedLog& log) {
+  std::string text = "{\"schema\": 1, \"uninstallerVersion\": " + quoted(UNINSTALLER_VERSION);
+  text += ", \"user\": " + quoted(log.user) + ", \"log\": " + quoted(log.path);
+  text += ", \"mode\": " + quoted(report.mode);
+  text += ", \"started\": " + quoted(utcText(report.start));
   text += ", \"seconds\": " + secondsText(report.duration);
   text += ", \"removed\": " + array(report.removed, quoted);
   text += ", \"notThere\": " + array(report.notThere, quoted);

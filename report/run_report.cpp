@@ -1,8 +1,12 @@
 #include "report/run_report.h"
 
-#include <algorithm>
 #include <array>
+#include <iterator>
+#include <set>
 #include <string_view>
+
+#include "client/client_locations.h"
+#include "platform/file_url.h"
 
 namespace wendle {
 namespace {
@@ -15,6 +19,8 @@ constexpr std::array<ModeName, 4> modes{{{"updates", "--updates"},
                                          {"keep applications", "--soft"},
                                          {"uninstall completely", "--hard"},
                                          {"full", "--full"}}};
+
+constexpr std::string_view success = " - success";
 
 // What stands between `prefix` and `suffix`; none when `text` is not of that form.
 std::optional<std::string> between(std::string_view text, std::string_view prefix, std::string_view suffix) {
@@ -52,6 +58,31 @@ std::optional<std::string> toolRun(std::string_view text) {
   return std::nullopt;
 }
 
+// What was removed, to be asked whether it holds an item. None of it lies in another of it, so the one that
+// may hold an item is the last that does not stand behind it, however many there are.
+class RemovedItems {
+ public:
+  void add(const std::string& item) {
+    const std::string folder = asFolder(item);
+    if (holds(item)) return;
+    auto next = folders_.lower_bound(folder);
+    while (next != folders_.end() && next->starts_with(folder)) next = folders_.erase(next);
+    folders_.insert(next, folder);
+  }
+
+  // As itself, or in a folder.
+  bool holds(const std::string& item) const {
+    const std::string folder = asFolder(item);
+    const auto next = folders_.upper_bound(folder);
+    return next != folders_.begin() && folder.starts_with(*std::prev(next));
+  }
+
+ private:
+  static std::string asFolder(const std::string& item) { return item.ends_with('/') ? item : item + "/"; }
+
+  std::set<std::string> folders_;
+};
+
 class Reader {
  public:
   explicit Reader(RunReport& report) : report_(report) {}
@@ -60,7 +91,8 @@ class Reader {
     if (record.kind == RecordKind::error) return readError(record.text);
     if (record.kind == RecordKind::failure) return fail(record.text);
     if (record.logger == "module" || record.text.starts_with("Failed to ")) return fail(record.text);
-    if (auto item = deletedItem(record.text, " - success")) {
+    if (auto item = deletedItem(record.text, success)) {
+      removed_.add(*item);
       report_.removed.push_back(*item);
     } else if (auto tool = toolRun(record.text)) {
       report_.toolsRun.push_back(*tool);
@@ -78,7 +110,7 @@ class Reader {
     const std::string cause = colon == std::string::npos ? "" : text.substr(colon + 2);
     if (!item || !cause.starts_with("Error Domain=NSPOSIXErrorDomain Code=2 ")) {
       report_.failed.push_back({item.value_or(message), cause});
-    } else if (!wasRemoved(*item)) {
+    } else if (!removed_.holds(*item)) {
       report_.notThere.push_back(*item);
     }
   }
@@ -89,26 +121,26 @@ class Reader {
         {text.substr(0, colon), colon == std::string::npos ? "" : text.substr(colon + 2)});
   }
 
-  // Itself, or a folder that held it.
-  bool wasRemoved(const std::string& item) const {
-    const std::string asFolder = item.ends_with('/') ? item : item + "/";
-    return std::any_of(report_.removed.begin(), report_.removed.end(), [&](const std::string& removed) {
-      return removed.ends_with('/') ? asFolder.starts_with(removed) : removed == item;
-    });
-  }
-
   RunReport& report_;
+  RemovedItems removed_;
 };
 
-// The soft and hard modes say goodbye; the last item of the other two is the search extension's.
+// Whether `line` tells how the deletion of a file went that has the last two names of `path`: the log may be
+// another user's, whose files lie elsewhere.
+bool isDeletionOf(const std::string& path, std::string_view line) {
+  const std::string_view message = line.substr(0, line.find(": Error Domain="));
+  const auto item = deletedItem(message, message.ends_with(success) ? success : "");
+  const std::string url = FileUrl::fileUrlWithPath(path).absoluteString();
+  return item && item->ends_with(url.substr(url.rfind('/', url.rfind('/') - 1)));
+}
+
+// The soft and hard modes say goodbye; the other two end with the last item that they delete.
 bool isLastLine(const std::string& mode, const LogRecord& last) {
   if (last.logger == "module") return false;
-  if (mode == "--soft" || mode == "--hard") return last.text.starts_with("Removal Completed - ");
-  const bool isItsFile =
-      last.text.starts_with("Delete File - ") &&
-      last.text.find("/Preferences/com.wendle.DesktopClient.WendleExtension.plist") != std::string::npos;
-  const bool isItsApplication = last.text.find("/WendleExtension.app") != std::string::npos;
-  return isItsFile || (mode == "--updates" && isItsApplication);
+  if (mode == "--full") return isDeletionOf(preferenceFilePaths().back(), last.text);
+  if (mode != "--updates") return last.text.starts_with("Removal Completed - ");
+  return isDeletionOf(searchExtensionPreferencesPath(), last.text) ||
+         last.text.find("/WendleExtension.app") != std::string::npos;
 }
 
 }  // namespace

@@ -17,7 +17,7 @@ struct FailedItem {
 // What the log of one run says became of everything. Items are file URLs, or what the log calls them.
 struct RunReport {
   std::string mode;  // as its switch: --hard
-  decltype(LogRecord::time) start;
+  UtcTime start;
   std::chrono::milliseconds duration{};
   std::vector<std::string> removed;
   std::vector<std::string>
@@ -33,6 +33,12 @@ struct RunReport {
   [[nodiscard]] bool isGood() const { return failed.empty() && reachedEnd; }
 };
 
+// Where a report was read from.
+struct ReportedLog {
+  std::string path;
+  std::string user;  // its owner's name, or the owner's number when it has no name
+};
+
 // None when the records are not those of a run: the first line names a mode.
 [[nodiscard]] std::optional<RunReport> reportOf(const LogText& log);
 
@@ -42,7 +48,8 @@ struct RunReport {
 // For people: the lists, with line ends. What an item is called is escaped as in the log.
 [[nodiscard]] std::string asText(const RunReport& report);
 
-// One JSON object (RFC 8259), with a line end. Bytes that are no UTF-8 become U+FFFD.
-[[nodiscard]] std::string asJson(const RunReport& report);
+// One JSON object (RFC 8259), with a line end. Control characters as isControlCharacter() has them are
+// escaped; bytes that are no UTF-8 become U+FFFD.
+[[nodiscard]] std::string asJson(const RunReport& report, const ReportedLog& log);
 
 }  // namespace wendle

@@ -1,8 +1,15 @@
 // wendle-uninstall-report on the logs of real runs, and on logs as a run that went wrong leaves them.
 #include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
 
 #include <algorithm>
+#include <cstdlib>
+#include <ctime>
+#include <filesystem>
+#include <sstream>
 
+#include "report/run_report.h"
 #include "simulated_mac/client_fixture.h"
 #include "support/run_result.h"
 
@@ -44,13 +51,14 @@ struct LogCase {
   friend void PrintTo(const LogCase& c, std::ostream* out) { *out << c.name; }
 };
 
-const std::string start = "2026-11-21T07:59:59.900Z [1] uninstaller: Wendle Uninstaller - started in ";
-const std::string later = "2026-11-21T08:00:02.150Z ";
+const std::string start = "2016-11-21T07:59:59.900Z [1] uninstaller: Wendle Uninstaller - started in ";
+const std::string later = "2016-11-21T08:00:02.150Z ";
 const std::string noSuchFile = R"(: Error Domain=NSPOSIXErrorDomain Code=2 "No such file or directory")";
 const std::string goodbye = later + "[1] uninstaller: Removal Completed - 😔 Sorry to see you go. 😔\n";
 
 std::string json(const std::string& mode, const std::string& lists, bool reachedEnd) {
-  return "{\"mode\": \"" + mode + R"(", "started": "2026-11-21T07:59:59.900Z", "seconds": 2.250, )" + lists +
+  return R"({"schema": 1, "uninstallerVersion": "99.0", "user": "pat", "log": "/some.log", "mode": ")" +
+         mode + R"(", "started": "2016-11-21T07:59:59.900Z", "seconds": 2.250, )" + lists +
          ", \"reachedEnd\": " + (reachedEnd ? "true" : "false") + "}\n";
 }
 
@@ -59,6 +67,7 @@ class LogTest : public testing::TestWithParam<LogCase> {};
 TEST_P(LogTest, IsToldAsItIs) {
   const LogCase& c = GetParam();
   SimulatedMac mac = SimulatedMac::scratch();
+  mac.addFile("/etc/passwd", "pat:x:501:20::/Users/pat:/bin/zsh\n");
   mac.addFile("/some.log", c.log);
   const RunResult seen = runReport(mac, {"--json", "/some.log"});
   EXPECT_EQ(seen.outcome, c.outcome);
@@ -72,26 +81,33 @@ INSTANTIATE_TEST_SUITE_P(
     testing::ValuesIn<LogCase>({
         {"AllThatCanBeTold",
          start + "uninstall completely mode\n" + later +
+             "[1] uninstaller: Delete Folder - file:///A/m/ - success\n" + later +
              "[1] uninstaller: Delete Folder - file:///A/ - success\n" + later +
              "[error] uninstaller: Delete Folder - file:///A/x" + noSuchFile + "\n" + later +
              "[error] uninstaller: Delete File - file:///B" + noSuchFile + "\n" + later +
+             "[error] uninstaller: Delete File - file:///AA" + noSuchFile + "\n" + later +
+             "[1] uninstaller: Delete Folder - file:///A.app/ - success\n" + later +
+             "[error] uninstaller: Delete Folder - file:///A/y/z/" + noSuchFile + "\n" + later +
              "[1] uninstaller: Reset permissions for com.wendle\n" + later +
+             "[1] uninstaller: Removed defaults for com.wendle\n" + later +
              "[1] uninstaller: Delete Keychain Item - Wendle - at /k - success\n" + later +
              "[1] uninstaller: Remove dock folder - no dock item found\n" + later +
              "[1] uninstaller: Remove /C - finished\n" + goodbye,
          "exit 0",
-         json("--hard",
-              R"("removed": ["file:///A/", "keychain item Wendle - at /k"], )"
-              R"("notThere": ["file:///B", "the client's tile in the Dock"], )"
-              R"("toolsRun": ["Reset permissions for com.wendle", "rm -rf /C"], "failed": [])",
-              true)},
+         json(
+             "--hard",
+             R"("removed": ["file:///A/m/", "file:///A/", "file:///A.app/", "keychain item Wendle - at /k"], )"
+             R"("notThere": ["file:///B", "file:///AA", "the client's tile in the Dock"], )"
+             R"("toolsRun": ["Reset permissions for com.wendle", "Removed defaults for com.wendle", "rm -rf /C"], "failed": [])",
+             true)},
         {"Failures",
          start + "keep applications mode\n" + later +
              "[error] uninstaller: Delete Folder - file:///A/: Error Domain=NSPOSIXErrorDomain Code=22 "
              "\"Invalid argument\"\n" +
              later + "[error] uninstaller: Failed to run `launchctl unload -w /a`" + noSuchFile + "\n" +
-             later + "[4] uninstaller: Invalid dock item location: a\\nb \\\\ \\x1b\"\xff\n" + later +
-             "[1] uninstaller: Failed to reset permissions for com.wendle" + noSuchFile + "\n" + goodbye,
+             later + "[4] uninstaller: Invalid dock item location: a\\nb \\\\ \\x1b\\xc2\\x9b\u2028\"\xff\n" +
+             later + "[1] uninstaller: Failed to reset permissions for com.wendle" + noSuchFile + "\n" +
+             goodbye,
          "exit 1",
          json(
              "--soft",
@@ -99,7 +115,7 @@ INSTANTIATE_TEST_SUITE_P(
              R"({"item": "file:///A/", "cause": "Error Domain=NSPOSIXErrorDomain Code=22 \"Invalid argument\""}, )"
              R"({"item": "Failed to run `launchctl unload -w /a`", "cause": )"
              R"("Error Domain=NSPOSIXErrorDomain Code=2 \"No such file or directory\""}, )"
-             R"({"item": "Invalid dock item location", "cause": "a\u000ab \\ \u001b\"\ufffd"}, )"
+             R"({"item": "Invalid dock item location", "cause": "a\u000ab \\ \u001b\u009b\u2028\"\ufffd"}, )"
              R"({"item": "Failed to reset permissions for com.wendle", "cause": )"
              R"("Error Domain=NSPOSIXErrorDomain Code=2 \"No such file or directory\""}])",
              true)},
@@ -112,18 +128,22 @@ INSTANTIATE_TEST_SUITE_P(
         {"AStopHalfWay",
          start + "updates mode\n" + later + "[1] uninstaller: Unload Wendle agent - started\n", "exit 1",
          json("--updates", R"("removed": [], "notThere": [], "toolsRun": [], "failed": [])", false)},
-        {"AStopWithinALine", start + "keep applications mode\n" + goodbye + "2026-11-21T08:", "exit 1",
-         json("--soft", R"("removed": [], "notThere": [], "toolsRun": [], "failed": [])", false)},
+        {"AStopWithinALine",
+         start + "keep applications mode\n" + goodbye + later +
+             "[1] uninstaller: Delete Folder - file:///A/ - success",
+         "exit 1", json("--soft", R"("removed": [], "notThere": [], "toolsRun": [], "failed": [])", false)},
         {"Empty", "", "exit 2"},
         {"NoMode", later + "[1] uninstaller: Delete Folder - file:///A/ - success\n", "exit 2"},
         {"DamagedLines",
          start + "full mode\nsegmentation fault\n" + later + "[1] uninstaller: \\q\n" + later +
+             "[1] uninstaller: \\x1\n" + later +
              "[1] uninstaller: Delete Folder - file:///WendleExtension.app/ - success\n",
          "exit 1",
          json("--full",
               R"("removed": ["file:///WendleExtension.app/"], "notThere": [], "toolsRun": [], "failed": [)"
               R"({"item": "line 2 of the log", "cause": "is no record"}, )"
-              R"({"item": "line 3 of the log", "cause": "is no record"}])",
+              R"({"item": "line 3 of the log", "cause": "is no record"}, )"
+              R"({"item": "line 4 of the log", "cause": "is no record"}])",
               false)},
         {"AnotherProgramsText", "segmentation fault\n" + start + "full mode\n", "exit 2"},
         {"NoDate", "2026-13-41T08:00:02.150Z [1] uninstaller: Wendle Uninstaller - started in full mode\n",
@@ -131,21 +151,80 @@ INSTANTIATE_TEST_SUITE_P(
     }),
     [](const auto& c) { return c.param.name; });
 
+std::string complaint(const std::string& sentence) { return "wendle-uninstall-report: " + sentence + ".\n"; }
+
 TEST(ReportTest, TakesTheNewestLogAndRefusesWrongUse) {
   SimulatedMac mac = SimulatedMac::scratch();
-  EXPECT_EQ(runReport(mac, {}).err, "wendle-uninstall-report: this user has no log of the uninstaller.\n");
-  mac.addFile(logs + "uninstaller-20261121T075959Z-9.log", start + "full mode\n");
-  mac.addFile(logs + "uninstaller-20261121T075959Z-10.log", start + "updates mode\n");
-  mac.addFolder(logs + "uninstaller-20301121T075959Z-10.log");
+  EXPECT_EQ(runReport(mac, {}).err, complaint("this user has no log of the uninstaller"));
+  mac.addFile(logs + "uninstaller-20161121T075959Z-9.log", start + "full mode\n");
+  mac.addFile(logs + "uninstaller-20161121T075959Z-10.log", start + "updates mode\n");
+  mac.addFolder(logs + "uninstaller-20161121T080000Z-10.log");
+  ASSERT_EQ(::mkfifo(mac.at(logs + "uninstaller-20161121T080000Z-9.log").c_str(), S_IRUSR), 0);
   EXPECT_TRUE(runReport(mac, {}).out.starts_with("--updates"));
-  mac.addFile("/a", start + "full mode\n" + later + "[4] uninstaller: a\\n\\x1b\n");
-  EXPECT_NE(runReport(mac, {"/a"}).out.find("\n  a\\n\\x1b\n"), std::string::npos);
+  mac.addFile("/a", start + "full mode\n" + later + "[4] uninstaller: a\\n\\x1b\u2028\n");
+  EXPECT_NE(runReport(mac, {"/a"}).out.find("\n  a\\n\\x1b\\xe2\\x80\\xa8\n"), std::string::npos);
+  EXPECT_TRUE(runReport(mac, {"--help"}).out.starts_with("usage: "));
+  EXPECT_EQ(runReport(mac, {"/no\nthing"}).err,
+            complaint("cannot open /no\\nthing: No such file or directory"));
   for (const Lines& arguments :
-       {Lines{"--jsno"}, Lines{"/a", "/a"}, Lines{""}, Lines{"/nothing"}, Lines{"/Users"}}) {
+       {Lines{"--jsno"}, Lines{"/a", "/a"}, Lines{""}, Lines{"/nothing"}, Lines{"/Users"}, Lines{"--since"},
+        Lines{"--since", "-1"}, Lines{"--since", "2016-11-21"}, Lines{"--since", "2016-11-21T24:00:00Z"}}) {
     const RunResult seen = runReport(mac, arguments);
     EXPECT_EQ(seen.outcome + seen.out, "exit 2") << joined(arguments);
     EXPECT_EQ(std::count(seen.err.begin(), seen.err.end(), '\n'), 1) << seen.err;
   }
+}
+
+TEST(ReportTest, TellsOfNoRunButTheOneAskedAbout) {
+  SimulatedMac mac = SimulatedMac::scratch();
+  const std::string newest = logs + "uninstaller-20161121T075959Z-9.log";
+  mac.addFile(newest, start + "full mode\n");
+  for (const char* time : {"0", "1479715199", "2016-11-21T07:59:59Z", "2016-11-21T07:59:59.901Z"})
+    EXPECT_EQ(runReport(mac, {"--since", time}).outcome, "exit 1") << time;
+  for (const std::string& time : Lines{"1479715200", "2016-11-21T08:00:00Z"}) {
+    const RunResult seen = runReport(mac, {"--since", time, "--json"});
+    EXPECT_EQ(seen.outcome + seen.out, "exit 2");
+    EXPECT_EQ(seen.err,
+              complaint(newest + " is of a run that began at 2016-11-21T07:59:59.900Z, before " + time));
+  }
+  mac.addFile("/a", "2116" + start.substr(4) + "full mode\n");
+  EXPECT_EQ(runReport(mac, {"/a", "--since", "0"}).outcome, "exit 2");
+}
+
+TEST(ReportTest, FailsWhenItCannotBeWritten) {
+  SimulatedMac mac = SimulatedMac::scratch();
+  mac.addFile("/a", start + "full mode\n");
+  for (const std::string argument : {"/a", "--help"}) {
+    Lines words{"-c", "\"$@\" >/dev/full", "sh"};
+    for (const std::string& word : reportCommand()) words.push_back(word);
+    words.push_back(argument);
+    const mac::SessionResult seen = mac.run("/bin/sh", words);
+    EXPECT_EQ(seen.outcome, "exit 2");
+    EXPECT_EQ(seen.err, complaint("cannot write the report: No space left on device"));
+  }
+  const auto rehearse =
+      std::filesystem::canonical("/proc/self/exe").replace_filename("simulated_mac_rehearse");
+  for (const std::string argument : {"--updates", "--help"}) {
+    const std::string command = (std::ostringstream() << rehearse << " " << argument << " >/dev/full").str();
+    EXPECT_EQ(WEXITSTATUS(std::system(command.c_str())), 2) << argument;
+  }
+}
+
+// Of the processor.
+std::clock_t timeForItems(int count) {
+  LogText log{{{{}, RecordKind::progress, "", "Wendle Uninstaller - started in full mode"}}, {}, false};
+  for (int i = 0; i < count; ++i) {
+    const std::string item = "Delete Folder - file:///" + std::to_string(i);
+    log.records.push_back({{}, RecordKind::progress, "", item + "/ - success"});
+    log.records.push_back({{}, RecordKind::error, "", item + noSuchFile});
+  }
+  const std::clock_t before = std::clock();
+  EXPECT_TRUE(reportOf(log)->notThere.empty());
+  return std::clock() - before;
+}
+
+TEST(ReportTest, TakesTimeInProportionToTheItems) {
+  EXPECT_LT(timeForItems(40'000), 24 * timeForItems(5'000));
 }
 
 }  // namespace

@@ -121,6 +121,7 @@ RunResult runProbe(mac::SimulatedMac& mac, const std::string& probe, const Lines
 }
 
 Lines uninstallerCommand() { return mac::commandInSession(uninstaller()); }
+Lines reportCommand() { return mac::commandInSession(executable("wendle-uninstall-report")); }
 
 void expectItsListOnly(const mac::SimulatedMac& mac, const Lines& arguments, const mac::Snapshot& before,
                        const RunResult& seen) {

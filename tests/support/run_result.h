@@ -29,8 +29,9 @@ struct RunResult {
 // Runs a program of the tests' own, which lies beside them.
 [[nodiscard]] RunResult runProbe(mac::SimulatedMac& mac, const std::string& probe, const Lines& arguments);
 
-// The words by which a program in the Mac starts the uninstaller.
+// The words by which a program in the Mac starts them.
 [[nodiscard]] Lines uninstallerCommand();
+[[nodiscard]] Lines reportCommand();
 
 // Nothing but what is on the mode's list was touched, and all that is on it was done.
 void expectItsListOnly(const mac::SimulatedMac& mac, const Lines& arguments, const mac::Snapshot& before,
