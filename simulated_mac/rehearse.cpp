@@ -25,7 +25,8 @@ constexpr const char* usage = R"(Runs the uninstaller on a simulated Mac and sho
   --help              this text
 
 Exit status: 0 when the uninstaller did all that its mode lists and nothing else; 1 when not;
-2 when there was no rehearsal: a wrong use, or something that the simulated Mac needs is missing.
+2 when there was no rehearsal: a wrong use, something that the simulated Mac needs is missing, or the
+output cannot be written.
 )";
 
 struct Command {
@@ -134,6 +135,12 @@ int conclude(const Verdict& verdict, const SessionResult& result, Mode mode) {
   return isGood ? 0 : 1;
 }
 
+// `status`, unless nobody could read what led to it.
+int printed(int status) {
+  if (!std::cout.flush()) throw std::runtime_error("The standard output cannot be written.");
+  return status;
+}
+
 int rehearse(SimulatedMac& mac, const Command& command) {
   installClient(mac);
   const Snapshot before = mac.snapshot();
@@ -153,14 +160,14 @@ int rehearse(SimulatedMac& mac, const Command& command) {
   printLines("Left behind", verdict.leftBehind);
   printLines("Touched without being on the list", verdict.outside);
   printLines("The log's verdict", {verdictOfLog(result.log)});
-  return conclude(verdict, result, modeOf(command.arguments));
+  return printed(conclude(verdict, result, modeOf(command.arguments)));
 }
 
 int rehearseOrExplain(const Strings& words) try {
   const Command command = parsed(words);
   if (command.wantsHelp) {
     std::cout << usage;
-    return 0;
+    return printed(0);
   }
   if (fs::is_directory(command.uninstaller) || ::access(command.uninstaller.c_str(), X_OK) != 0) {
     throw std::runtime_error("There is no executable " + command.uninstaller.string() + ".");
