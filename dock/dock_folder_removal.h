@@ -11,7 +11,8 @@ namespace wendle {
 // Known limits, kept as the client's administrators know them: at most one tile is removed; when several
 // match, their positions run together into one number; and a position counts only the tiles that have a URL.
 //
-// Blocks until the tools it runs have ended, and up to 30 seconds while another uninstaller edits the Dock.
+// Blocks until the tools it runs have ended, and up to 2 seconds while another program holds the lock on the
+// preferences folder.
 // Throws LaunchException when the shell cannot be started, std::runtime_error when its output is no UTF-8,
 // and std::overflow_error when the position is the least number there is.
 void removeDockFolder();

@@ -14,7 +14,7 @@ namespace wendle {
 class FolderLock {
  public:
   explicit FolderLock(const std::string& folder,
-                      std::chrono::milliseconds longestWait = std::chrono::seconds(30));
+                      std::chrono::milliseconds longestWait = std::chrono::seconds(2));
 
  private:
   UniqueFd folder_;
