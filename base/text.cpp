@@ -65,6 +65,12 @@ bool isUtf8(std::string_view text) {
   return text.empty();
 }
 
+std::string_view firstBytes(std::string_view text, size_t maxBytes) {
+  if (text.size() <= maxBytes) return text;
+  while (maxBytes > 0 && (text[maxBytes] & 0xC0) == 0x80) --maxBytes;
+  return text.substr(0, maxBytes);
+}
+
 std::string trimmed(std::string_view text) {
   size_t begin = text.size();
   size_t end = text.size();

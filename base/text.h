@@ -15,6 +15,9 @@ void appendUtf8(std::string& text, char32_t character);
 
 [[nodiscard]] bool isUtf8(std::string_view text);
 
+// The first `maxBytes` bytes; fewer where they would end within a character.
+[[nodiscard]] std::string_view firstBytes(std::string_view text, size_t maxBytes);
+
 // Without white space and line ends at both ends, as Foundation's whitespaceAndNewlineCharacterSet has them
 // (the blanks of other scripts and U+0085 included). Ill-formed bytes are no white space.
 [[nodiscard]] std::string trimmed(std::string_view text);

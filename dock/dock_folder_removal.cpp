@@ -99,7 +99,10 @@ void removeDockFolder() {
     return uninstallerLogger().log(LogLevel::progress, "Remove dock folder - no dock item found");
   }
   const auto position = parseDecimal(location);
-  if (!position) return uninstallerLogger().log(LogLevel::failure, "Invalid dock item location: " + location);
+  if (!position) {
+    return uninstallerLogger().log(
+        LogLevel::failure, "Invalid dock item location: " + std::string(firstBytes(location, maxLoggedText)));
+  }
   uninstallerLogger().log(LogLevel::progress, "Remove dock folder - removing dock item");
   (void)runCommand(deleteLine(indexOfPosition(*position)));
   (void)runCommand("killall Dock");

@@ -28,8 +28,9 @@ class LaunchException : public std::runtime_error {
 };
 
 // One run of one program by absolute path, with an argument array; never reused. The program inherits
-// environment and working directory, no descriptor but 0, 1 and 2, and no blocked or ignored signal, and
-// leads a process group of its own. The search path is not looked at (posix_spawn(3)).
+// environment and working directory, no descriptor but 0, 1 and 2, and no blocked signal, and leads a process
+// group of its own: a background one, so it ignores SIGTTIN and SIGTTOU, which would stop it at a terminal.
+// The search path is not looked at (posix_spawn(3)).
 class Task {
  public:
   void setExecutable(std::string path) { executable_ = std::move(path); }
@@ -38,17 +39,22 @@ class Task {
   void setStandardOutput(Stream stream) { output_ = std::move(stream); }
   void setStandardError(Stream stream) { error_ = std::move(stream); }
 
+  // What SIGPIPE does to the program. It is ignored unless told otherwise: who reads our standard output may
+  // go away, and the program must do its work all the same. The stages of a shell's pipeline live on it.
+  enum class Sigpipe { ignored, terminates };
+  void setSigpipe(Sigpipe sigpipe) { sigpipe_ = sigpipe; }
+
   [[nodiscard]] const Stream& standardOutput() const { return output_; }
   [[nodiscard]] const Stream& standardError() const { return error_; }
 
   // Starts the program. Returns the system's error when it cannot be started: ENOENT when it is missing,
-  // EACCES when it is not executable.
+  // EACCES when it is not executable, EMFILE when there were no descriptors for its pipes.
   [[nodiscard]] std::optional<Error> launchAndReturnError();
 
   // Starts the program; throws LaunchException when it cannot be started.
   void launch();
 
-  // Blocks until the program has exited. Meanwhile it takes in what the program writes on its pipes, so no
+  // Blocks until the program has exited. Meanwhile it reads what the program writes on its pipes, so no
   // amount of output blocks the program, and end of file is all it finds on an input pipe. A grandchild that
   // still holds a pipe is not waited for: what it writes later is lost. Afterwards the pipes hold all there
   // is to read.
@@ -63,7 +69,7 @@ class Task {
  private:
   void closeChildEnds();
   std::vector<Pipe*> outputPipes() const;
-  bool takeInOutput() const;
+  bool readOutput() const;
   enum class Blocking { no, yes };
   bool reap(Blocking blocking);
 
@@ -72,6 +78,7 @@ class Task {
   Stream input_;
   Stream output_;
   Stream error_;
+  Sigpipe sigpipe_ = Sigpipe::ignored;
   pid_t pid_ = -1;
   int terminationStatus_ = 0;
 };

@@ -5,6 +5,8 @@
 #include <sys/wait.h>
 
 #include <csignal>
+#include <map>
+#include <mutex>
 
 #include "base/unique_fd.h"
 #include "platform/posix/spawn_attributes.h"
@@ -18,16 +20,43 @@ namespace {
 // keeps a pipe open: how late its exit may be noticed, in milliseconds.
 constexpr int exitCheckInterval = 20;
 
-// Signals that our launcher blocked or ignores must reach the tool as usual: a shell pipeline lives on
-// SIGPIPE.
-short restoreSignals(posix_spawnattr_t& attributes) {
+// Ignores signals for as long as it lives, in the whole process: a program that is started meanwhile ignores
+// them too, which posix_spawn(3) has no attribute for. One at a time, so that each finds what was there
+// before.
+class IgnoredSignals {
+ public:
+  explicit IgnoredSignals(const std::vector<int>& numbers) : lock_(mutex()) {
+    struct sigaction ignore {};
+    ignore.sa_handler = SIG_IGN;
+    for (const int number : numbers) ::sigaction(number, &ignore, &former_[number]);
+  }
+  IgnoredSignals(const IgnoredSignals&) = delete;
+  IgnoredSignals& operator=(const IgnoredSignals&) = delete;
+  ~IgnoredSignals() {
+    for (const auto& [number, action] : former_) ::sigaction(number, &action, nullptr);
+  }
+
+ private:
+  static std::mutex& mutex() {
+    static auto* const instance = new std::mutex;  // for a start as late as during exit
+    return *instance;
+  }
+
+  std::lock_guard<std::mutex> lock_;
+  std::map<int, struct sigaction> former_;
+};
+
+// All others have their default action in the program, and none is blocked, whatever our launcher blocked or
+// ignored.
+short resetSignalsExcept(const std::vector<int>& ignored, posix_spawnattr_t& attributes) {
   sigset_t none;
-  sigset_t all;
+  sigset_t reset;
   sigemptyset(&none);  // unqualified: macros on macOS
-  sigfillset(&all);
-  for (const int unchangeable : {SIGKILL, SIGSTOP}) sigdelset(&all, unchangeable);
+  sigfillset(&reset);
+  for (const int unchangeable : {SIGKILL, SIGSTOP}) sigdelset(&reset, unchangeable);
+  for (const int number : ignored) sigdelset(&reset, number);
   ::posix_spawnattr_setsigmask(&attributes, &none);
-  ::posix_spawnattr_setsigdefault(&attributes, &all);
+  ::posix_spawnattr_setsigdefault(&attributes, &reset);
   return POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF;
 }
 
@@ -69,9 +98,15 @@ LaunchException::LaunchException(const std::string& executable, const Error& cau
     : std::runtime_error("launch path not accessible: " + executable + ": " + describe(cause)) {}
 
 std::optional<Error> Task::launchAndReturnError() {
+  for (const Stream* stream : {&input_, &output_, &error_}) {
+    const Pipe* pipe = pipeOf(*stream);
+    if (pipe != nullptr && !pipe->status().ok()) return pipe->status().error();
+  }
+  std::vector<int> ignored{SIGTTIN, SIGTTOU};
+  if (sigpipe_ == Sigpipe::ignored) ignored.push_back(SIGPIPE);
   SpawnAttributes spawn;
   ::posix_spawnattr_setpgroup(&spawn.attributes, 0);
-  auto flags = static_cast<short>(POSIX_SPAWN_SETPGROUP | restoreSignals(spawn.attributes));
+  auto flags = static_cast<short>(POSIX_SPAWN_SETPGROUP | resetSignalsExcept(ignored, spawn.attributes));
   std::visit(AddStream{spawn.actions, STDIN_FILENO, Direction::reading}, input_);
   std::visit(AddStream{spawn.actions, STDOUT_FILENO, Direction::writing}, output_);
   std::visit(AddStream{spawn.actions, STDERR_FILENO, Direction::writing}, error_);
@@ -80,8 +115,11 @@ std::optional<Error> Task::launchAndReturnError() {
 
   std::vector<std::string> argv{executable_};
   argv.insert(argv.end(), arguments_.begin(), arguments_.end());
-  const int failure = ::posix_spawn(&pid_, executable_.c_str(), &spawn.actions, &spawn.attributes,
-                                    pointers(argv).data(), environ);
+  const int failure = [&] {
+    const IgnoredSignals inChildToo(ignored);
+    return ::posix_spawn(&pid_, executable_.c_str(), &spawn.actions, &spawn.attributes, pointers(argv).data(),
+                         environ);
+  }();
   closeChildEnds();
   if (failure != 0) return posixError(failure);
   return std::nullopt;
@@ -106,8 +144,8 @@ std::vector<Pipe*> Task::outputPipes() const {
   return pipes;
 }
 
-// Waits for output, one tick at most, and takes some in. False when every output pipe has ended.
-bool Task::takeInOutput() const {
+// Waits for output, one tick at most, and reads some. False when every output pipe has ended.
+bool Task::readOutput() const {
   std::vector<pollfd> readable;
   std::vector<Pipe*> pipes;
   for (Pipe* pipe : outputPipes()) {
@@ -118,7 +156,7 @@ bool Task::takeInOutput() const {
   if (pipes.empty()) return false;
   if (::poll(readable.data(), static_cast<nfds_t>(readable.size()), exitCheckInterval) > 0) {
     for (size_t i = 0; i < pipes.size(); ++i) {
-      if (readable[i].revents != 0) pipes[i]->takeInOnce();
+      if (readable[i].revents != 0) pipes[i]->readOnce();
     }
   }
   return true;
@@ -126,10 +164,10 @@ bool Task::takeInOutput() const {
 
 void Task::waitUntilExit() {
   if (Pipe* pipe = pipeOf(input_)) pipe->closeWriting();
-  while (takeInOutput() && !reap(Blocking::no)) continue;
+  while (readOutput() && !reap(Blocking::no)) continue;
   reap(Blocking::yes);
   for (Pipe* pipe : outputPipes()) {
-    pipe->takeInAvailable();
+    pipe->readAvailable();
     pipe->closeReading();
   }
 }

@@ -9,23 +9,26 @@ namespace wendle {
 
 // How this program runs the system's tools. Nothing here logs.
 
+inline constexpr size_t maxLoggedText = 64 * 1024;  // bytes of a tool's text that go into the log
+
 // Runs one command line through /bin/zsh with no input and returns everything it wrote on standard output and
-// standard error, as it came, untrimmed. Blocks until the last holder of its output has closed it, a
-// grandchild included. A command that fails goes unnoticed: its text is the result.
+// standard error, as it came, untrimmed; beyond 16 MiB it is thrown away. Blocks until the last holder of its
+// output has closed it, a grandchild included. A command that fails goes unnoticed: its text is the result.
 //
 // Throws LaunchException when the shell cannot be started, and std::runtime_error when the output is no
 // UTF-8.
 [[nodiscard]] std::string runCommand(const std::string& command);
 
 // A task that is not started yet: input and error on fresh pipes, output on this program's own standard
-// output.
+// output. Of the error output, what terminationError() makes use of is kept.
 [[nodiscard]] Task makeConsoleTask();
 
 // A task that is not started yet: input, error and output on three fresh pipes.
 [[nodiscard]] Task makePipedTask();
 
 // What a finished task failed with: domain `NSOSStatusErrorDomain`, its exit status as the code, its trimmed
-// error output as the description ("No description" when that is no UTF-8). None for status 0, and when its
+// error output as the description ("No description" when that is no UTF-8), at most maxLoggedText bytes of
+// it. None for status 0, and when its
 // error output was not on a pipe. Reads that pipe, so it can be asked once.
 [[nodiscard]] std::optional<Error> terminationError(const Task& task);
 

@@ -1,7 +1,12 @@
 #include "platform/task.h"
 
 #include <gtest/gtest.h>
+#include <fcntl.h>
+#include <sys/ioctl.h>
+#include <sys/resource.h>
+#include <termios.h>
 
+#include <algorithm>
 #include <csignal>
 
 #include "platform/process_start.h"
@@ -10,12 +15,14 @@
 
 namespace wendle {
 
-TEST(Task, TakesInAnyAmountOfOutput) {
+static const std::string usualReport = "fd 0 fd 1 fd 2 signal 13 signal 21 signal 22 own group, no input";
+
+TEST(Task, ReadsAnyAmountOfOutputAndKeepsWhatSomebodyWillRead) {
   for (const std::string descriptors : {"1", "2", "12"}) {
     Task task = childTask({"write", descriptors});
     EXPECT_EQ(outputOf(task).size(), descriptors == "2" ? 0U : 10'000'000U);
     const auto error = std::get<std::shared_ptr<Pipe>>(task.standardError());
-    EXPECT_EQ(error->readDataToEndOfFile().size(), descriptors == "1" ? 0U : 10'000'000U);
+    EXPECT_EQ(error->readDataToEndOfFile().size(), descriptors == "1" ? 0U : 64 * 1024 + 1U);
   }
 }
 
@@ -36,10 +43,47 @@ TEST(Task, IsNoSuccessWhenItsStatusIsLost) {
   });
 }
 
-TEST(Task, LeavesAGrandchildThatHoldsTheOnePipeOfBothStreams) {
-  Task task = childTask({"report"});
-  task.setStandardError(task.standardOutput());
-  EXPECT_EQ(outputOf(task), "fd 0 fd 1 fd 2 own group, no input");
+TEST(Task, LeavesAGrandchildThatHoldsItsPipesOrWritesWithoutPause) {
+  Task holding = childTask({"report"});
+  holding.setStandardError(holding.standardOutput());
+  EXPECT_EQ(outputOf(holding), usualReport);
+  Task writing = childTask({"flood"});
+  EXPECT_LT(outputOf(writing).size(), 50'000'000U);
+}
+
+TEST(Task, IsNotStoppedByATerminalThatStopsTheBackground) {
+  const UniqueFd terminal(::posix_openpt(O_RDWR | O_NOCTTY));
+  ASSERT_TRUE(::grantpt(terminal.get()) == 0 && ::unlockpt(terminal.get()) == 0);
+  inFork([line = std::string(::ptsname(terminal.get()))] {
+    ::alarm(60);  // a program that is stopped is waited for for ever
+    ::setsid();
+    const FileHandle ours{::open(line.c_str(), O_RDWR)};
+    termios settings{};
+    ASSERT_TRUE(::ioctl(ours.fd, TIOCSCTTY, 0) == 0 && ::tcgetattr(ours.fd, &settings) == 0);
+    settings.c_lflag |= TOSTOP;
+    ASSERT_EQ(::tcsetattr(ours.fd, TCSANOW, &settings), 0);
+    Task task = childTask({"report"});
+    task.setStandardInput(ours);
+    task.setStandardOutput(ours);
+    task.launch();
+    task.waitUntilExit();
+    EXPECT_EQ(task.terminationStatus(), 0);
+  });
+}
+
+TEST(Task, CannotBeLaunchedWithoutDescriptorsForItsPipes) {
+  inFork([] {
+    Task enough = childTask({"report"});
+    const auto used = static_cast<rlim_t>(UniqueFd(::dup(STDIN_FILENO)).get());
+    for (rlim_t unused = 0; unused < 6; ++unused) {
+      const rlimit limit{used + unused, used + 6};
+      ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &limit), 0);
+      Task task = childTask({"report"});
+      EXPECT_EQ(task.launchAndReturnError(), posixError(EMFILE)) << unused;
+      EXPECT_THROW(task.launch(), LaunchException);
+    }
+    EXPECT_EQ(outputOf(enough), usualReport);
+  });
 }
 
 TEST(Task, SaysWhyItCannotBeLaunched) {
@@ -64,16 +108,20 @@ TEST(Task, RunsAsUsualWhateverTheLauncherLeftOpenClosedBlockedOrIgnored) {
       ::dup2(STDOUT_FILENO, 50);
       for (const int fd : {0, 1, 2})
         if ((closed >> fd) % 2 != 0) ::close(fd);
-      const Pipe early;
+      Pipe early;
       EXPECT_GT(std::min(early.readingFd(), early.writingFd()), STDERR_FILENO);
       settleProcess();
-      Task piped = childTask({"report"});
-      EXPECT_EQ(outputOf(piped), "fd 0 fd 1 fd 2 own group, no input");
+      EXPECT_EQ(::write(early.writingFd(), "typed", 5), 5);
+      ::dup2(early.readingFd(), STDIN_FILENO);
+      Task piped = childTask({"report", "", "last"});
+      EXPECT_EQ(outputOf(piped), usualReport + ", last");
       Task inheriting = childTask({"end", "44", ""});
       inheriting.setStandardInput(InheritedStream{});
       inheriting.setStandardError(InheritedStream{});
       EXPECT_EQ(outputOf(inheriting), "");
       EXPECT_EQ(inheriting.terminationStatus(), 44);
+      EXPECT_EQ(std::signal(SIGPIPE, SIG_DFL), SIG_IGN);  // as the launcher left them
+      EXPECT_EQ(std::signal(SIGTTOU, SIG_DFL), SIG_DFL);
     });
   }
 }

@@ -15,7 +15,7 @@ static constexpr const char* actSwitch = "--act";
 
 static bool put(int fd, const std::string& text) { return ::write(fd, text.data(), text.size()) >= 0; }
 
-static void report() {
+static void report(const std::string& last) {
   std::string found;
   sigset_t blocked;
   ::sigprocmask(SIG_BLOCK, nullptr, &blocked);
@@ -25,16 +25,25 @@ static void report() {
     if (isIgnored || ::sigismember(&blocked, number) == 1) found += "signal " + std::to_string(number) + " ";
     if (::fcntl(number, F_GETFD) != -1) found += "fd " + std::to_string(number) + " ";
   }
-  found += ::getpgrp() == ::getpid() ? "own group, " : "somebody's group, ";
-  found += ::read(0, &blocked, 1) == 0 ? "no input" : "input";
-  put(1, found);
+  put(1, found + (::getpgrp() == ::getpid() ? "own group, " : "somebody's group, "));
+  const std::string input = ::read(0, &blocked, 1) == 0 ? "no input" : "input";
+  put(1, input + (last.empty() ? "" : ", " + last));
   if (::fork() != 0) return;
   pollfd output{1, 0, 0};  // tells when the reading end is closed; after ten seconds we are waited for
   if (::poll(&output, 1, 10'000) == 0) put(1, ", waited for");
 }
 
+static void flood() {
+  const pid_t parent = ::getpid();
+  if (::fork() != 0) return;
+  while (::getppid() == parent) ::poll(nullptr, 0, 1);
+  const std::string block(100'000, 'x');
+  for (int left = 1000; left > 0 && put(1, block); --left) continue;
+}
+
 static int act(const std::string& name, const std::vector<std::string>& arguments) {
-  if (name == "report") report();
+  if (name == "report") report(arguments.empty() ? "" : arguments.back());
+  if (name == "flood") flood();
   for (int block = 0; name == "write" && block < 1000; ++block) {
     for (const char fd : arguments[0]) put(fd - '0', std::string(10'000, 'x'));
   }

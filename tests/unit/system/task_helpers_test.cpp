@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <csignal>
+
 #include "support/processes.h"
 
 namespace wendle {
@@ -17,6 +19,8 @@ TEST(TerminationError, IsTheStatusAndTheTrimmedErrorOutput) {
   EXPECT_EQ(errorOf(childTask({"end", "1", "\u00A0\n two\nlines\u2029 "})), (Error{domain, 1, "two\nlines"}));
   EXPECT_EQ(errorOf(childTask({"end", "2", "\xFF"})), (Error{domain, 2, "No description"}));
   EXPECT_EQ(errorOf(childTask({"end", "0", "all went well"})), std::nullopt);
+  const std::string cut(64 * 1024 - 1, 'x');  // a character at the limit goes as a whole
+  EXPECT_EQ(errorOf(childTask({"end", "3", cut + "é and more"})), (Error{domain, 3, cut}));
   Task withoutPipe = childTask({"end", "44", ""});
   withoutPipe.setStandardError(FileHandle{STDOUT_FILENO});
   EXPECT_EQ(errorOf(std::move(withoutPipe)), std::nullopt);
@@ -27,6 +31,8 @@ TEST(RunCommand, ReturnsBothStreamsAsTheyCameAndGivesNoInput) {
   EXPECT_EQ(runCommand("print -n ' a'; echo b >&2; echo 3; exit 4"), " ab\n3\n");
   EXPECT_THROW((void)runCommand("print -n '\\xff'"), std::runtime_error);
   inFork([] {
+    std::signal(SIGPIPE, SIG_IGN);
+    EXPECT_EQ(runCommand("yes | head -n 1"), "y\n");  // `yes` complains where it does not die of the signal
     Pipe typed;
     EXPECT_EQ(::write(typed.writingFd(), "typed\n", 6), 6);
     ::dup2(typed.readingFd(), STDIN_FILENO);
