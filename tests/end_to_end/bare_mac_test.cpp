@@ -123,6 +123,11 @@ Lines both(Lines some, const Lines& others) {
   return some;
 }
 
+std::string gone(const std::string& url) {
+  return "[error] uninstaller: Delete Folder - file://" + url +
+         ": Error Domain=NSPOSIXErrorDomain Code=2 \"No such file or directory\"";
+}
+
 // Containers in one another, together too deep for a path.
 constexpr int nestedContainers = 25;
 const std::string containerName = "com.wendle." + std::string(200, 'x');
@@ -140,8 +145,7 @@ Lines goneWithTheFirst() {
   std::string url = home + "/Library/Containers/" + containerName + "/";
   for (lines = {deleted(url)}; lines.size() < nestedContainers;) {
     url += containerName + "/";
-    lines.push_back("[error] uninstaller: Delete Folder - file://" + url +
-                    ": Error Domain=NSPOSIXErrorDomain Code=2 \"No such file or directory\"");
+    lines.push_back(gone(url));
   }
   return lines;
 }
@@ -168,6 +172,10 @@ INSTANTIATE_TEST_SUITE_P(
          addNestedContainers,
          {after(progress("Remove folder containers - started"), goneWithTheFirst())},
          {home + "/Library/Containers/" + containerName}},
+        {"ACopyInACopyIsGoneWithIt",
+         "soft",
+         copies({outer, outer + "/Inner.app"}),
+         {agentPermissions, after(search, {deleted(outer + "/"), gone(outer + "/Inner.app")})}},
         {"LineFeedsInAPath",
          "soft",
          [](SimulatedMac& mac) {

@@ -1,3 +1,4 @@
+#include "client/application_bundles.h"
 #include "client/bundle_identifier.h"
 #include "client/client_locations.h"
 #include "client/path_filters.h"
@@ -18,6 +19,10 @@ TEST(ClientIdentity, KeepsTheOrderAskedForAndThePathTheSystemNames) {
             (Texts{client + ".WendleAgent", client, client + ".WendleAgent"}));
   EXPECT_EQ(firstOr({"/first", "/second"}, "/fallback"), "/first");
   EXPECT_EQ(firstOr({}, "/fallback"), "/fallback");
+}
+
+TEST(SpotlightAnswer, HasAnAbsolutePathALineTheLastOneIncluded) {
+  EXPECT_EQ(pathsInAnswer("/nowhere/a\n\nb\n/nowhere/c"), (Texts{"/nowhere/a", "/nowhere/c"}));
 }
 
 TEST(PathFilters, BackupIsAnyComponentWithThatExtension) {
