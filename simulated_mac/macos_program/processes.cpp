@@ -155,11 +155,26 @@ using Handler = void (*)(int);
 
 // SIG_DFL, SIG_IGN and SIG_ERR are the same on both systems; a handler would get this system's numbers.
 Handler handle(int number, Handler handler) {
-  if (handler != SIG_DFL && handler != SIG_IGN) refuse("signal sets a handler, which is unknown here");
+  if (handler != SIG_DFL && handler != SIG_IGN) refuse("a signal gets a handler, which is unknown here");
   const int host = toHostSignal(number);
   if (host != 0) return withErrno(std::signal(host, handler));
   darwinErrno() = EINVAL;
   return SIG_ERR;
+}
+
+// macOS's struct sigaction, as <sys/signal.h> has it.
+struct SignalAction {
+  Handler handler;
+  std::uint32_t mask;
+  int flags;
+};
+
+int changeAction(int number, const SignalAction* action, SignalAction* former) {
+  struct sigaction before {};
+  ::sigaction(toHostSignal(number), nullptr, &before);
+  if (former != nullptr) *former = {before.sa_handler, 0, 0};
+  if (action != nullptr && handle(number, action->handler) == SIG_ERR) return -1;
+  return 0;
 }
 
 }  // namespace
@@ -179,6 +194,7 @@ Imports processImports() {
       provide("_posix_spawn", spawn),
       provide("_waitpid", wait),
       provide("_signal", handle),
+      provide("_sigaction", changeAction),
       provide("_setpgid", WithErrno<::setpgid>::call),
       provide("_getpid", ::getpid),
       provide("_geteuid", ::geteuid),
