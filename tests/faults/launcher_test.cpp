@@ -44,7 +44,7 @@ INSTANTIATE_TEST_SUITE_P(Modes, LauncherTest, testing::ValuesIn(modes),
 
 // Tools of the shell's search path try for the lock while they run; the edit lies between them.
 TEST(DockLock, IsHeldFromTheSearchToTheRestart) {
-  SimulatedMac mac = SimulatedMac::scratch();
+  mac::SimulatedMac mac = mac::SimulatedMac::scratch();
   mac::installClient(mac);
   for (const char* tool : {"/Users/Shared/bin/defaults", "/Users/Shared/bin/killall"}) {
     mac.addFile(tool, R"(#!/host/bin/sh
