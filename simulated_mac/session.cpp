@@ -35,9 +35,9 @@ Strings programCommand(const SessionOptions& options) {
   Strings command = {"/host/bin/sh", "-c", script, options.workingDirectory};
   command.push_back(options.ignoresBrokenPipes ? "--ignore-signal=PIPE" : "--default-signal=PIPE");
   if (options.blocksAllSignals) command.push_back("--block-signal");
-  command.push_back("HOME=" + home);
-  append(command,
-         split("USER=pat LOGNAME=pat SHELL=/bin/zsh TMPDIR=/tmp/ PATH=/usr/bin:/bin:/usr/sbin:/sbin", ' '));
+  append(command, options.asRoot ? split("HOME=/var/root USER=root LOGNAME=root SHELL=/bin/sh", ' ')
+                                 : Strings{"HOME=" + home, "USER=pat", "LOGNAME=pat", "SHELL=/bin/zsh"});
+  append(command, split("TMPDIR=/tmp/ PATH=/usr/bin:/bin:/usr/sbin:/sbin", ' '));
   append(command, options.environment);
   return command;
 }
@@ -62,12 +62,14 @@ SessionResult SimulatedMac::run(const fs::path& program, const Strings& argument
   writeFaults(at(faultsFile), faults_);
   installTools();
   // The user of the Mac holds no privilege, even if the host's does: file permissions count there.
-  Strings command =
-      split("--unshare-all --unshare-user --die-with-parent --as-pid-1 --uid 501 --gid 20", ' ');
-  append(command, {"--cap-drop", "ALL", "--bind", root(), "/", "--ro-bind", "/", "/host"});
+  Strings command = split("--unshare-all --unshare-user --die-with-parent --as-pid-1", ' ');
+  append(command,
+         split(options.asRoot ? "--uid 0 --gid 0 --cap-add ALL" : "--uid 501 --gid 20 --cap-drop ALL", ' '));
+  append(command, {"--bind", root(), "/", "--ro-bind", "/", "/host"});
   append(command, split("--proc /proc --dev /dev --tmpfs /tmp --chdir /", ' '));
   append(command, options.mounts);
   command.push_back(sessionProgram);
+  if (options.asRoot) command.emplace_back("root");
   for (const auto& [name, identifier, job, stubborn] : processes_) {
     if (!options.startsProcesses) break;
     append(command, {"process", name, identifier, job, stubborn ? "stubborn" : ""});

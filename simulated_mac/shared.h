@@ -19,6 +19,7 @@ inline const std::string faultsFile = "/.simulation/faults";
 inline const std::string sessionProgram = "/.simulation/session";
 inline const std::string realToolsFolder = "/.simulation/real";
 inline const std::string lockFile = "/.simulation/lock";
+inline const std::string consoleUserFile = "/.simulation/console";  // "NAME ID" or nothing; pat without it
 
 // What the tools keep about the user: property lists of the form {entries = (...)}; and the Dock's
 // {persistent-others = (...); ...}.

@@ -21,10 +21,11 @@ const std::string tile = framed(
 // Ours; the host's under our recorder; the host's.
 const Strings simulatedTools = split(
     "/bin/launchctl /usr/bin/pluginkit /usr/bin/tccutil /usr/bin/defaults /usr/bin/security /usr/bin/mdfind "
-    "/usr/bin/killall /usr/libexec/PlistBuddy",
+    "/usr/bin/killall /usr/libexec/PlistBuddy /usr/sbin/scutil /usr/bin/sudo",
     ' ');
 const Strings recordedTools = {"/bin/zsh", "/bin/rm"};
-const Strings linkedTools = {"/usr/bin/grep", "/usr/bin/awk"};
+const Strings linkedTools = {"/usr/bin/grep", "/usr/bin/awk", "/usr/bin/head",
+                             "/usr/bin/env",  "/usr/bin/id",  "/bin/sh"};
 
 // A tool of the host as the Mac sees it. Debian's own links are absolute and would break there.
 std::string hostTool(const std::string& tool) {

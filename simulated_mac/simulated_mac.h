@@ -63,6 +63,7 @@ struct SessionOptions {
   std::string workingDirectory = "/";
   std::vector<std::string> mounts = {};  // further ones, as bwrap(1) takes them
   bool startsProcesses = true;
+  bool asRoot = false;  // the program's user is root; the applications, and what sudo starts, stay pat's
 };
 
 struct SessionResult {

@@ -16,8 +16,11 @@ namespace wendle::mac {
 namespace {
 
 const std::map<std::string, int (*)(const Strings&)> simulatedTools = {
-    {"launchctl", launchctl}, {"pluginkit", pluginkit}, {"tccutil", tccutil},       {"defaults", defaults},
-    {"security", security},   {"mdfind", mdfind},       {"PlistBuddy", plistBuddy}, {"killall", killall}};
+    {"launchctl", launchctl},   {"pluginkit", pluginkit},
+    {"tccutil", tccutil},       {"defaults", defaults},
+    {"security", security},     {"mdfind", mdfind},
+    {"PlistBuddy", plistBuddy}, {"killall", killall},
+    {"scutil", scutil},         {"sudo", sudo}};
 
 // No file of ours may become somebody's standard stream; a real tool run after this still finds it closed.
 void occupyClosedStreams() {
@@ -144,9 +147,11 @@ int complain(std::string_view text, int status) {
 int main(int argc, char** argv) try {
   using namespace wendle::mac;
   occupyClosedStreams();
-  // The path it was really started by, which the kernel passes on: argv[0] is the caller's to choose.
-  const std::string path =
+  // The path it was really started by, which the kernel passes on: argv[0] is the caller's to choose, unless
+  // the path is that of a script.
+  const std::string started =
       reinterpret_cast<const char*>(::getauxval(AT_EXECFN));  // NOLINT(performance-no-int-to-ptr)
+  const std::string path = fs::is_symlink(started) ? started : argv[0];
   const Strings arguments(argv + 1, argv + argc);
   if (path == sessionProgram) return sessionMain(arguments);
   if (!fs::exists(journalFolder)) return complain("This works within a simulated Mac only.", 127);

@@ -92,17 +92,18 @@ int defaults(const Strings& arguments) {
 }
 
 int plistBuddy(const Strings& arguments) {
-  const std::string verb = "Delete ";
-  if (!fits(arguments, "-c * *") || !arguments[1].starts_with(verb))
+  const Strings command = split(fits(arguments, "-c * *") ? arguments[1] : "", ' ');
+  if (command.size() != 2 || (command[0] != "Delete" && command[0] != "Print"))
     return complain("Usage: PlistBuddy ...", 1);
-  const std::string entry = arguments[1].substr(verb.size());
+  const std::string &verb = command[0], &entry = command[1];
   const std::string& file = arguments[2];
   if (!fs::exists(file)) std::cout << "File Doesn't Exist, Will Create: " << file << '\n';
   const Plist list = parsePlist(readFile(file));
-  const bool isRemoved = list && removeAt(list.get(), entry);
-  if (!isRemoved) return complain("Delete: Entry, \"" + entry + "\", Does Not Exist", 1);
-  writePlist(file, list.get());
-  return 0;
+  const std::string text = list && verb == "Print" ? textOf(list.get(), entry.c_str()) : "";
+  if (!text.empty()) std::cout << text << '\n';
+  const bool isRemoved = list && verb == "Delete" && removeAt(list.get(), entry);
+  if (isRemoved) writePlist(file, list.get());
+  return isRemoved || !text.empty() ? 0 : complain(verb + ": Entry, \"" + entry + "\", Does Not Exist", 1);
 }
 
 }  // namespace wendle::mac

@@ -55,6 +55,7 @@ std::set<std::string> findBundles(const std::string& identifier) {
 int openProcess(int pid) { return static_cast<int>(::syscall(SYS_pidfd_open, pid, 0)); }
 
 int launchctl(const Strings& arguments) {
+  if (arguments.size() > 2 && arguments[0] == "asuser") return launchctlAsUser(arguments);
   const bool unloads = fits(arguments, "unload -w *");
   if (!unloads && !fits(arguments, "remove *")) return complain("Usage: launchctl ...", 64);
   const char* key = unloads ? "path" : "identifier";

@@ -15,14 +15,6 @@ namespace {
 
 constexpr int timeLimitMs = 4 * 60 * 1000;
 
-[[noreturn]] void execute(const char* program, Strings arguments) {
-  std::vector<char*> argv;
-  for (std::string& argument : arguments) argv.push_back(argument.data());
-  argv.push_back(nullptr);
-  ::execv(program, argv.data());
-  ::_exit(complain("The session cannot start a program", 127));
-}
-
 // `plan`: "process", name, identifier, job, "stubborn" or nothing. Returns when the application runs: a pipe
 // that closes on exec is at its end then. A stubborn one has SIGTERM blocked: a request stays pending.
 pid_t startApplication(const std::string* plan) {
@@ -58,9 +50,16 @@ ProcessOutcome endApplication(pid_t pid) {
   return WTERMSIG(end) == SIGTERM ? ProcessOutcome::quit : ProcessOutcome::killed;
 }
 
-std::string runProgram(const Strings& command) {
+// The program starts when the other end of the pipe is closed.
+pid_t forkProgram(const Strings& command, const int* ends) {
   const pid_t pid = ::fork();
-  if (pid == 0) execute(command.at(0).c_str(), command);
+  if (pid != 0) return pid;
+  ::close(ends[1]);
+  for (char nothing = 0; ::read(ends[0], &nothing, 1) < 0;) continue;
+  execute(command.at(0).c_str(), command);
+}
+
+std::string endOf(pid_t pid) {
   pollfd ended = {openProcess(pid), POLLIN, 0};
   const bool inTime = ::poll(&ended, 1, timeLimitMs) > 0;
   if (!inTime) ::kill(pid, SIGKILL);
@@ -71,14 +70,30 @@ std::string runProgram(const Strings& command) {
 
 }  // namespace
 
+void execute(const char* program, Strings arguments) {
+  std::vector<char*> argv;
+  for (std::string& argument : arguments) argv.push_back(argument.data());
+  argv.push_back(nullptr);
+  ::execv(program, argv.data());
+  ::_exit(complain("The session cannot start a program", 127));
+}
+
 // The kernel ends all other processes with this one.
 int sessionMain(const Strings& arguments) {
   if (::getpid() != 1) return complain("A session is the first process of a simulated Mac.", 127);
   ::close_range(3, ~0U, 0);
+  const bool asRoot = arguments.at(0) == "root";
+  auto word = arguments.begin() + (asRoot ? 1 : 0);
+  std::vector<const std::string*> plans;
+  for (; *word == "process"; word += 5) plans.push_back(&*word);
+  int ends[2];
+  if (::pipe2(ends, O_CLOEXEC) != 0) return complain("The session has no pipe.", 127);
+  const pid_t program = forkProgram({word, arguments.end()}, ends);
+  if (asRoot) becomeUser();
   std::vector<pid_t> applications;
-  auto word = arguments.begin();
-  for (; *word == "process"; word += 5) applications.push_back(startApplication(&*word));
-  Strings result = {runProgram({word, arguments.end()})};
+  for (const std::string* plan : plans) applications.push_back(startApplication(plan));
+  ::close(ends[1]);
+  Strings result = {endOf(program)};
   for (const pid_t pid : applications)
     result.push_back(std::to_string(static_cast<int>(endApplication(pid))));
   std::cout << joined(result) << std::flush;

@@ -14,14 +14,21 @@ int security(const Strings& arguments);
 int mdfind(const Strings& arguments);
 int plistBuddy(const Strings& arguments);
 int killall(const Strings& arguments);
+int scutil(const Strings& arguments);
+int sudo(const Strings& arguments);
+int launchctlAsUser(const Strings& arguments);  // of two words at least
 
 // What else goes by this executable: the first process of a session.
 int sessionMain(const Strings& arguments);
+// Turns this process, which is root's, into the user's, whose session sudo finds by it.
+void becomeUser();
 
 // Whether the arguments are the words of `pattern`, where a `*` stands for any one.
 bool fits(const Strings& arguments, std::string_view pattern);
 // Says `text` and a line feed on stderr; returns `status`.
 int complain(std::string_view text, int status);
+// `arguments` with the program's name in front.
+[[noreturn]] void execute(const char* program, Strings arguments);
 // A descriptor that becomes readable when the process has ended; negative when it is gone. (The C library's
 // own wrapper cannot be linked from C++ everywhere.)
 int openProcess(int pid);
