@@ -1,6 +1,6 @@
 #include "app/argument_dispatch.h"
 
-#include "platform/process_arguments.h"
+#include "platform/process_environment.h"
 
 namespace wendle {
 

@@ -1,9 +1,15 @@
 #include "app/argument_dispatch.h"
 #include "logging/logger_configurator.h"
-#include "platform/process_start.h"
+#include "platform/process_environment.h"
+
+const double WendleUninstallerVersionNumber = 99.0;
+
+// what(1) finds it by its first four characters.
+const unsigned char WendleUninstallerVersionString[] =
+    "@(#)PROGRAM:WendleUninstaller  PROJECT:Applications-99\n";
 
 int main() {
-  wendle::settleProcess();
+  wendle::initProcessState();
   wendle::LoggerConfigurator::setupModuleLoggerWithSystem("uninstaller");
   AFXUninstallerHandleArguments();
   return 0;

@@ -39,12 +39,13 @@ std::vector<std::string> searchExtension() {
 }
 const std::vector<std::string> searchExtensionApps{"WendleExtension"};
 
-constexpr Step wendleApp{[] {
-                           logStartFinish("Remove Wendle.app", [] {
-                             deleteItem(FileUrl::fileUrlWithPath(wendleAppPath()), deleteFolderPrefix);
-                           });
-                         },
-                         [](RemovalPlan& plan) { plan.addPath(wendleAppPath(), "the client"); }};
+constexpr Step wendleApp{
+    [] {
+      logStartFinish("Remove Wendle.app", [] {
+        deleteItem(FileUrl::fileUrlWithPath(clientLocations().wendleAppPath), deleteFolderPrefix);
+      });
+    },
+    [](RemovalPlan& plan) { plan.addPath(clientLocations().wendleAppPath, "the client"); }};
 
 constexpr Step launchAgents{unloadLaunchAgents, planLaunchAgents};
 
@@ -69,12 +70,15 @@ constexpr Step instancesOutsideExceptions{
 constexpr Step everyInstance{[] { logStartFinish("Remove all instances of Wendle", removeAllInstances); },
                              planAllInstances};
 
-constexpr Step vendorApps{
-    [] {
-      logStartFinish("Remove vendor apps directory",
-                     [] { deleteItem(FileUrl::fileUrlWithPath(vendorAppsDirectory()), deleteFolderPrefix); });
-    },
-    [](RemovalPlan& plan) { plan.addPath(vendorAppsDirectory(), "the vendor's applications"); }};
+constexpr Step vendorApps{[] {
+                            logStartFinish("Remove vendor apps directory", [] {
+                              deleteItem(FileUrl::fileUrlWithPath(clientLocations().vendorAppsDirectory),
+                                         deleteFolderPrefix);
+                            });
+                          },
+                          [](RemovalPlan& plan) {
+                            plan.addPath(clientLocations().vendorAppsDirectory, "the vendor's applications");
+                          }};
 
 constexpr Step containers{removeFolderContainers, planFolderContainers};
 
@@ -95,9 +99,12 @@ constexpr Step searchExtensionDefaults{[] { removeDefaults(searchExtension()); }
                                        [](RemovalPlan& plan) { planDefaults(plan, searchExtension()); }};
 
 constexpr Step searchExtensionPreferences{
-    [] { deleteItem(FileUrl::fileUrlWithPath(searchExtensionPreferencesPath()), deleteFilePrefix); },
+    [] {
+      deleteItem(FileUrl::fileUrlWithPath(clientLocations().searchExtensionPreferencesPath),
+                 deleteFilePrefix);
+    },
     [](RemovalPlan& plan) {
-      plan.addPath(searchExtensionPreferencesPath(), "the search extension's preferences");
+      plan.addPath(clientLocations().searchExtensionPreferencesPath, "the search extension's preferences");
     }};
 
 constexpr Step searchExtensionApp{[] { removeLaunchAgentApps(searchExtensionApps); },

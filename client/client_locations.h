@@ -3,55 +3,74 @@
 #include <string>
 #include <vector>
 
+#include "client/bundle_identifier.h"
+#include "platform/process_environment.h"
+
 namespace wendle {
 
-// Every place where the client keeps files. Path texts without a slash at the end, each built on first use
-// and then kept for the life of the process; nothing need exist there. Safe to ask from any thread.
+// Every place where the client keeps files: paths without a slash at the end. Nothing need exist there.
+class ClientLocations {
+  const std::string libraryDirectory = standardDirectoryPath(StandardDirectory::userLibrary);
+  const std::string applicationSupportDirectory =
+      standardDirectoryPath(StandardDirectory::userApplicationSupport);
+  const std::string usersDirectory = standardDirectoryPath(StandardDirectory::localUsers);
+  const std::string applicationsDirectory = standardDirectoryPath(StandardDirectory::localApplications);
+  const std::string keychainsDirectory = libraryDirectory + "/Keychains";
+  const std::string quickLookDirectory = libraryDirectory + "/QuickLook";
+  const std::string launchAgentsDirectory = libraryDirectory + "/LaunchAgents";
+  const std::string sharedUsersDirectory = usersDirectory + "/Shared";
 
-const std::string& homeDirectory();                // /Users/u
-const std::string& libraryDirectory();             // /Users/u/Library
-const std::string& applicationSupportDirectory();  // /Users/u/Library/Application Support
-const std::string& usersDirectory();               // /Users
-const std::string& applicationsDirectory();        // /Applications
+ public:
+  // In the application support directory
+  const std::string wendleSupportDirectory = applicationSupportDirectory + "/Wendle";
+  const std::string wendleLaunchAgentsDirectory = wendleSupportDirectory + "/LaunchAgents";
 
-// In the application support directory
-const std::string& wendleSupportDirectory();       // .../Wendle
-const std::string& wendleLaunchAgentsDirectory();  // .../Wendle/LaunchAgents
+  // In the library directory
+  const std::string containersDirectory = libraryDirectory + "/Containers";
+  const std::string loginKeychainPath = keychainsDirectory + "/login.keychain";
+  const std::string quickLookGeneratorPath = quickLookDirectory + "/WendleQL.qlgenerator";
+  const std::string launcherLaunchAgentPath = launchAgent(BundleIdentifier::launcher);
+  const std::string agentLaunchAgentPath = launchAgent(BundleIdentifier::agent);
+  const std::string updaterLaunchAgentPath = launchAgent(BundleIdentifier::updater);
+  const std::string assistantLaunchAgentPath = launchAgent(BundleIdentifier::assistant);
+  const std::string searchExtensionLaunchAgentPath = launchAgent(BundleIdentifier::searchExtension);
+  const std::string preferencesDirectory = libraryDirectory + "/Preferences";
+  const std::string desktopPreferencesPath = preferences(BundleIdentifier::desktop);
+  const std::string launcherPreferencesPath = preferences(BundleIdentifier::launcher);
+  const std::string agentPreferencesPath = preferences(BundleIdentifier::agent);
+  const std::string updaterPreferencesPath = preferences(BundleIdentifier::updater);
+  const std::string assistantPreferencesPath = preferences(BundleIdentifier::assistant);
+  const std::string searchExtensionPreferencesPath = preferences(BundleIdentifier::searchExtension);
 
-// In the library directory
-const std::string& containersDirectory();      // .../Containers
-const std::string& keychainsDirectory();       // .../Keychains
-const std::string& loginKeychainPath();        // .../Keychains/login.keychain
-const std::string& quickLookDirectory();       // .../QuickLook
-const std::string& quickLookGeneratorPath();   // .../QuickLook/WendleQL.qlgenerator
-const std::string& launchAgentsDirectory();    // .../LaunchAgents
-const std::string& launcherLaunchAgentPath();  // .../LaunchAgents/<identifier>.plist, like the next four
-const std::string& agentLaunchAgentPath();
-const std::string& updaterLaunchAgentPath();
-const std::string& assistantLaunchAgentPath();
-const std::string& searchExtensionLaunchAgentPath();
-const std::string& preferencesDirectory();    // .../Preferences
-const std::string& desktopPreferencesPath();  // .../Preferences/<identifier>.plist, like the next five
-const std::string& launcherPreferencesPath();
-const std::string& agentPreferencesPath();
-const std::string& updaterPreferencesPath();
-const std::string& assistantPreferencesPath();
-const std::string& searchExtensionPreferencesPath();
+  // Outside the home directory
+  const std::string sharedWendleDirectory = sharedUsersDirectory + "/Wendle";
+  const std::string vendorAppsDirectory = applicationsDirectory + "/Wendle";
+  const std::string wendleAppPath = applicationsDirectory + "/Wendle.app";
 
-// Outside the home directory
-const std::string& sharedUsersDirectory();   // /Users/Shared
-const std::string& sharedWendleDirectory();  // /Users/Shared/Wendle
-const std::string& vendorAppsDirectory();    // /Applications/Wendle
-const std::string& wendleAppPath();          // /Applications/Wendle.app
+  // What the agent unloading goes through, in this order. The Quick Look generator is among them although it
+  // is no launch agent.
+  const std::vector<std::string> launchAgentPaths{updaterLaunchAgentPath,   agentLaunchAgentPath,
+                                                  launcherLaunchAgentPath,  quickLookGeneratorPath,
+                                                  assistantLaunchAgentPath, searchExtensionLaunchAgentPath};
 
-// What the agent unloading goes through, in this order. The Quick Look generator is among them although it is
-// no launch agent.
-[[nodiscard]] std::vector<std::string> launchAgentPaths();
+  // The client's preference files, in the order of their removal.
+  const std::vector<std::string> preferenceFilePaths{
+      desktopPreferencesPath, launcherPreferencesPath,  agentPreferencesPath,
+      updaterPreferencesPath, assistantPreferencesPath, searchExtensionPreferencesPath};
 
-// The client's preference files, in the order of their removal.
-[[nodiscard]] std::vector<std::string> preferenceFilePaths();
+ private:
+  std::string launchAgent(BundleIdentifier identifier) const {
+    return launchAgentsDirectory + "/" + rawValue(identifier) + ".plist";
+  }
+  std::string preferences(BundleIdentifier identifier) const {
+    return preferencesDirectory + "/" + rawValue(identifier) + ".plist";
+  }
+};
 
-// The first of the paths the system names, or `fallback` when it names none.
-[[nodiscard]] std::string firstOr(const std::vector<std::string>& paths, const std::string& fallback);
+// Built at the first call, whichever thread makes it, and then kept for the life of the process.
+[[nodiscard]] inline const ClientLocations& clientLocations() {
+  static const ClientLocations locations;
+  return locations;
+}
 
 }  // namespace wendle

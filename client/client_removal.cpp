@@ -10,11 +10,12 @@ namespace wendle {
 namespace {
 
 std::string launchAgentAppPath(const std::string& name) {
-  return wendleLaunchAgentsDirectory() + "/" + name + ".app";
+  return clientLocations().wendleLaunchAgentsDirectory + "/" + name + ".app";
 }
 
 std::vector<std::string> supportFolderPaths() {
-  return {wendleSupportDirectory(), sharedWendleDirectory(), wendleAppPath()};
+  return {clientLocations().wendleSupportDirectory, clientLocations().sharedWendleDirectory,
+          clientLocations().wendleAppPath};
 }
 
 void removeWithTool(const std::string& path) {
@@ -43,9 +44,10 @@ std::vector<std::string> findFolderContainers(const FileTree& containers) {
 
 void removeFolderContainers() {
   uninstallerLogger().log(LogLevel::progress, "Remove folder containers - started");
-  const FileTree containers(containersDirectory());
+  const FileTree containers(clientLocations().containersDirectory);
   for (const std::string& found : findFolderContainers(containers)) {
-    const FileUrl url = FileUrl::fileUrlWithDirectoryPath(containersDirectory() + "/" + found);
+    const FileUrl url =
+        FileUrl::fileUrlWithDirectoryPath(clientLocations().containersDirectory + "/" + found);
     deleteItem(containers, found, url, deleteFolderPrefix);
   }
   uninstallerLogger().log(LogLevel::progress, "Remove folder containers - finished");
@@ -59,7 +61,7 @@ void removeSupportFolders() {
 
 void removeClientFolders() {
   removeSupportFolders();
-  for (const std::string& path : preferenceFilePaths()) {
+  for (const std::string& path : clientLocations().preferenceFilePaths) {
     deleteItem(FileUrl::fileUrlWithPath(path), deleteFilePrefix);
   }
 }
@@ -71,14 +73,16 @@ void planLaunchAgentApps(RemovalPlan& plan, const std::vector<std::string>& name
 }
 
 void planFolderContainers(RemovalPlan& plan) {
-  for (const std::string& found : findFolderContainers(FileTree(containersDirectory()))) {
-    plan.addPath(containersDirectory() + "/" + found, "a container whose name begins with com.wendle.");
+  for (const std::string& found : findFolderContainers(FileTree(clientLocations().containersDirectory))) {
+    plan.addPath(clientLocations().containersDirectory + "/" + found,
+                 "a container whose name begins with com.wendle.");
   }
 }
 
 void planClientFolders(RemovalPlan& plan) {
   for (const std::string& path : supportFolderPaths()) plan.addPath(path, "the client's folder");
-  for (const std::string& path : preferenceFilePaths()) plan.addPath(path, "the client's preferences");
+  for (const std::string& path : clientLocations().preferenceFilePaths)
+    plan.addPath(path, "the client's preferences");
 }
 
 }  // namespace wendle

@@ -4,8 +4,8 @@
 
 #include "base/path.h"
 #include "base/text.h"
+#include "platform/case_folding.h"
 #include "platform/file_presence.h"
-#include "platform/letter_case.h"
 
 namespace wendle {
 namespace {

@@ -1,7 +1,7 @@
 #import "dock/AFXDockShortcutManager.h"
 
 #include "dock/dock_shortcut_manager.h"
-#include "platform/macos/foundation_text.h"
+#include "platform/macos/foundation_values.h"
 
 using wendle::DockShortcutManager;
 
@@ -12,7 +12,7 @@ NSString* const flagKey = @"isChangingPersistenceOfShortcutInDock";
 std::optional<wendle::FileUrl> fileUrlOf(NSURL* url) {
   NSString* path = url.path;
   if (path.length == 0) return std::nullopt;
-  return wendle::FileUrl::fileUrlWithPath(wendle::textOf(path));
+  return wendle::FileUrl::fileUrlWithPath(wendle::toUtf8(path));
 }
 
 // The block outlives the call that it was given to.

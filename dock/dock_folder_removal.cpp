@@ -11,7 +11,7 @@
 #include "client/client_locations.h"
 #include "logging/uninstaller_logger.h"
 #include "platform/folder_lock.h"
-#include "platform/user_defaults.h"
+#include "platform/preferences.h"
 #include "system/tasks/task_helpers.h"
 
 namespace wendle {
@@ -30,7 +30,7 @@ std::string findDockItem() {
   return location;
 }
 
-std::string dockPreferencesPath() { return preferencesDirectory() + "/com.apple.dock.plist"; }
+std::string dockPreferencesPath() { return clientLocations().preferencesDirectory + "/com.apple.dock.plist"; }
 
 std::string deleteLine(std::int64_t index) {
   return "/usr/libexec/PlistBuddy -c 'Delete persistent-others:" + std::to_string(index) + "' " +
@@ -93,7 +93,7 @@ void planDockFolder(RemovalPlan& plan) {
 void removeDockFolder() {
   uninstallerLogger().log(LogLevel::progress, "Remove dock folder - started");
   // A second uninstaller that searched before and deleted after us would delete the tile that has moved up.
-  const FolderLock oneAtATime(preferencesDirectory());
+  const FolderLock oneAtATime(clientLocations().preferencesDirectory);
   const std::string location = findDockItem();
   if (location.empty()) {
     return uninstallerLogger().log(LogLevel::progress, "Remove dock folder - no dock item found");

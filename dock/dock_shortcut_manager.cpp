@@ -6,11 +6,10 @@
 #include <chrono>
 #include <stdexcept>
 
-#include "platform/folder_bookmark.h"
+#include "platform/bookmark.h"
+#include "platform/preferences.h"
 #include "platform/queues.h"
 #include "platform/task.h"
-#include "platform/unique_identifier.h"
-#include "platform/user_defaults.h"
 
 namespace wendle {
 namespace {

@@ -4,7 +4,7 @@
 
 #include "logging/log_file.h"
 #include "logging/logger.h"
-#include "platform/standard_directories.h"
+#include "platform/process_environment.h"
 
 namespace wendle {
 namespace {
@@ -17,9 +17,8 @@ std::optional<LogFolder>& configuredFolder() {
 }  // namespace
 
 void LoggerConfigurator::setupModuleLoggerWithSystem(const std::string& system) {
-  const auto libraries = standardDirectoryPaths(StandardDirectory::userLibrary);
   auto& folder = configuredFolder();
-  folder.emplace(libraries.empty() ? homeDirectoryPath() + "/Library" : libraries.front(), system);
+  folder.emplace(standardDirectoryPath(StandardDirectory::userLibrary), system);
   Logger::module().addDestination(std::make_shared<LogFile>(*folder, std::chrono::system_clock::now()));
 }
 

@@ -1,11 +1,11 @@
-#include "platform/macos/foundation_text.h"
+#include "platform/macos/foundation_values.h"
 #import "processes/NSRunningApplication+AFXExtensions.h"
 #include "processes/process_termination.h"
 
 @implementation NSRunningApplication (AFXExtensions)
 
 + (void)terminateRunningApplicationsWithBundleIdentifier:(NSString*)bundleIdentifier {
-  wendle::terminateRunningApplicationsWithBundleIdentifier(wendle::textOf(bundleIdentifier));
+  wendle::terminateRunningApplicationsWithBundleIdentifier(wendle::toUtf8(bundleIdentifier));
 }
 
 @end

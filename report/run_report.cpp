@@ -137,9 +137,9 @@ bool isDeletionOf(const std::string& path, std::string_view line) {
 // The soft and hard modes say goodbye; the other two end with the last item that they delete.
 bool isLastLine(const std::string& mode, const LogRecord& last) {
   if (last.logger == "module") return false;
-  if (mode == "--full") return isDeletionOf(preferenceFilePaths().back(), last.text);
+  if (mode == "--full") return isDeletionOf(clientLocations().preferenceFilePaths.back(), last.text);
   if (mode != "--updates") return last.text.starts_with("Removal Completed - ");
-  return isDeletionOf(searchExtensionPreferencesPath(), last.text) ||
+  return isDeletionOf(clientLocations().searchExtensionPreferencesPath, last.text) ||
          last.text.find("/WendleExtension.app") != std::string::npos;
 }
 

@@ -28,14 +28,14 @@ std::optional<Error> runSecurity(const std::string& verb, const std::string& lab
 void deleteNeededKeychainItems() {
   uninstallerLogger().log(LogLevel::progress, "Delete needed keychain items - started");
   for (const char* label : labels) {
-    deleteKeychainItems(label, loginKeychainPath());
+    deleteKeychainItems(label, clientLocations().loginKeychainPath);
   }
   uninstallerLogger().log(LogLevel::progress, "Delete needed keychain items - finished");
 }
 
 void planKeychainItems(RemovalPlan& plan) {
   for (const char* label : labels) {
-    if (!runSecurity("find-generic-password", label, loginKeychainPath(), NullStream{})) {
+    if (!runSecurity("find-generic-password", label, clientLocations().loginKeychainPath, NullStream{})) {
       plan.add({"keychain item", label, "every generic password with this label in the login keychain"});
     }
   }

@@ -26,7 +26,7 @@ void runLaunchctl(const std::vector<std::string>& arguments, const std::string& 
 
 void unloadLaunchAgents() {
   uninstallerLogger().log(LogLevel::progress, "Unload Wendle agent - started");
-  for (const std::string& path : launchAgentPaths()) {
+  for (const std::string& path : clientLocations().launchAgentPaths) {
     if (!fileExists(path)) continue;
     unloadLaunchAgent(path);
     removeLaunchAgent(path);
@@ -36,9 +36,9 @@ void unloadLaunchAgents() {
 }
 
 void planLaunchAgents(RemovalPlan& plan) {
-  for (const std::string& path : launchAgentPaths()) {
+  for (const std::string& path : clientLocations().launchAgentPaths) {
     if (!fileExists(path)) continue;
-    plan.addPath(path, path == quickLookGeneratorPath()
+    plan.addPath(path, path == clientLocations().quickLookGeneratorPath
                            ? "the client's Quick Look generator"
                            : "a launch agent; its job is unloaded, which ends it");
   }

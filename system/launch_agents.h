@@ -6,7 +6,7 @@
 
 namespace wendle {
 
-// The step "Unload Wendle agent": of each path of launchAgentPaths() that exists, launchctl unloads and
+// The step "Unload Wendle agent": of each of the client's launchAgentPaths that exists, launchctl unloads and
 // removes the job, and the item is deleted. An absent one is passed over silently. Source: launchctl(1), the
 // legacy verbs.
 void unloadLaunchAgents();

@@ -26,7 +26,7 @@ std::string environmentOf(int processTable, const std::string& process) {
   if (::fstat(directory.get(), &status) != 0 || status.st_uid != ::geteuid()) return {};
   const UniqueFd file(::openat(directory.get(), "environ", O_RDONLY | O_CLOEXEC));
   std::string environment(1, '\0');
-  return environment.append(contentOf(file));
+  return environment.append(fileContent(file));
 }
 
 }  // namespace

@@ -4,7 +4,7 @@
 #include <sys/stat.h>
 
 #include "base/text.h"
-#include "platform/macos/foundation_text.h"
+#include "platform/macos/foundation_values.h"
 
 namespace wendle {
 namespace {
@@ -23,7 +23,7 @@ NSURL* urlOfBytes(const std::string& path, bool isDirectory) {
 
 // The bytes as they were given: a file system may tell composed names from decomposed ones.
 std::string pathOf(NSURL* url, std::string_view given) {
-  std::string path = given.starts_with('/') ? std::string(given) : textOf(url.path);
+  std::string path = given.starts_with('/') ? std::string(given) : toUtf8(url.path);
   while (path.size() > 1 && path.ends_with('/')) path.pop_back();
   return path;
 }
@@ -33,17 +33,17 @@ std::string pathOf(NSURL* url, std::string_view given) {
 FileUrl FileUrl::fileUrlWithPath(std::string_view path) {
   @autoreleasepool {
     const std::string bytes(path);
-    NSURL* url = isUtf8(path) ? [NSURL fileURLWithPath:foundationText(path)]
+    NSURL* url = isUtf8(path) ? [NSURL fileURLWithPath:toNSString(path)]
                               : urlOfBytes(bytes, path.ends_with('/') || isDirectoryItself(bytes));
-    return {pathOf(url, path), textOf(url.absoluteString)};
+    return {pathOf(url, path), toUtf8(url.absoluteString)};
   }
 }
 
 FileUrl FileUrl::fileUrlWithDirectoryPath(std::string_view path) {
   @autoreleasepool {
-    NSURL* url = isUtf8(path) ? [NSURL fileURLWithPath:foundationText(path) isDirectory:YES]
+    NSURL* url = isUtf8(path) ? [NSURL fileURLWithPath:toNSString(path) isDirectory:YES]
                               : urlOfBytes(std::string(path), true);
-    return {pathOf(url, path), textOf(url.absoluteString)};
+    return {pathOf(url, path), toUtf8(url.absoluteString)};
   }
 }
 

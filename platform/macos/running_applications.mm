@@ -3,7 +3,7 @@
 #import <AppKit/AppKit.h>
 #include <unistd.h>
 
-#include "platform/macos/foundation_text.h"
+#include "platform/macos/foundation_values.h"
 
 namespace wendle {
 
@@ -30,7 +30,7 @@ std::vector<RunningApplication> runningApplicationsWithBundleIdentifier(const st
   std::vector<RunningApplication> found;
   @autoreleasepool {
     NSArray* applications =
-        [NSRunningApplication runningApplicationsWithBundleIdentifier:foundationText(identifier)];
+        [NSRunningApplication runningApplicationsWithBundleIdentifier:toNSString(identifier)];
     for (NSRunningApplication* application in applications) {
       if (application.processIdentifier == ::getpid()) continue;
       using Handle = RunningApplication::Handle;

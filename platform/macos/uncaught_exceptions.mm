@@ -6,7 +6,7 @@
 
 #include <typeinfo>
 
-#include "platform/macos/foundation_text.h"
+#include "platform/macos/foundation_values.h"
 
 namespace wendle {
 namespace {
@@ -15,7 +15,7 @@ void (*reportCause)(const std::string& cause);
 NSUncaughtExceptionHandler* previousHandler;
 
 void handleUncaught(NSException* exception) {
-  reportCause(textOf(exception.name) + ": " + textOf(exception.reason));
+  reportCause(toUtf8(exception.name) + ": " + toUtf8(exception.reason));
   if (previousHandler != nullptr) previousHandler(exception);
 }
 

@@ -2,7 +2,7 @@
 #include "base/text.h"
 #include "client/application_bundles.h"
 #include "client/path_filters.h"
-#include "platform/letter_case.h"
+#include "platform/case_folding.h"
 #include "property.h"
 
 using namespace wendle;

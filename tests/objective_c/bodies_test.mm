@@ -16,13 +16,11 @@
 #import "dock/AFXDockShortcutManager.h"
 #include "logging/issues_reporter.h"
 #include "logging/logger.h"
-#include "platform/folder_bookmark.h"
-#include "platform/letter_case.h"
-#include "platform/macos/foundation_property_list.h"
-#include "platform/macos/foundation_text.h"
-#include "platform/process_arguments.h"
+#include "platform/bookmark.h"
+#include "platform/case_folding.h"
+#include "platform/macos/foundation_values.h"
+#include "platform/process_environment.h"
 #include "platform/running_applications.h"
-#include "platform/unique_identifier.h"
 #import "processes/NSRunningApplication+AFXExtensions.h"
 
 namespace wendle::test {
@@ -146,19 +144,19 @@ TEST(FoundationPropertyList, KeepsEveryKindAndValue) {
   for (const double number : {-0.5, 2.0, 7e8}) all.push_back({PropertyListDate{number}});
   all.push_back({PropertyListDictionary{{"", {all}}, {"ключ", {false}}}});
   for (const PropertyList& list : all)
-    EXPECT_EQ(propertyListOf(foundationObject(list)), list) << list.value.index();
-  EXPECT_EQ(propertyListOf(foundationObject({all})), PropertyList{all});
+    EXPECT_EQ(toPropertyList(toFoundation(list)), list) << list.value.index();
+  EXPECT_EQ(toPropertyList(toFoundation({all})), PropertyList{all});
 }
 
 TEST(FoundationPropertyList, ReadsTheNumbersOfOthersAndNothingThatIsNone) {
-  EXPECT_EQ(propertyListOf([NSNumber numberWithUnsignedLongLong:1]), PropertyList{std::int64_t{1}});
-  EXPECT_EQ(propertyListOf([NSNumber numberWithUnsignedInt:UINT32_MAX]),
+  EXPECT_EQ(toPropertyList([NSNumber numberWithUnsignedLongLong:1]), PropertyList{std::int64_t{1}});
+  EXPECT_EQ(toPropertyList([NSNumber numberWithUnsignedInt:UINT32_MAX]),
             PropertyList{std::int64_t{UINT32_MAX}});
-  EXPECT_EQ(propertyListOf([NSNumber numberWithFloat:2]), PropertyList{2.0});
+  EXPECT_EQ(toPropertyList([NSNumber numberWithFloat:2]), PropertyList{2.0});
   NSNull* null = [NSNull null];
-  EXPECT_EQ(propertyListOf([NSArray arrayWithObject:null]), std::nullopt);
-  EXPECT_EQ(propertyListOf([NSDictionary dictionaryWithObject:null forKey:@"key"]), std::nullopt);
-  EXPECT_EQ(propertyListOf([NSDictionary dictionaryWithObject:@"x" forKey:null]), std::nullopt);
+  EXPECT_EQ(toPropertyList([NSArray arrayWithObject:null]), std::nullopt);
+  EXPECT_EQ(toPropertyList([NSDictionary dictionaryWithObject:null forKey:@"key"]), std::nullopt);
+  EXPECT_EQ(toPropertyList([NSDictionary dictionaryWithObject:@"x" forKey:null]), std::nullopt);
 }
 
 // GNUstep decomposes nothing, and takes a link to a directory for the directory.
@@ -178,7 +176,7 @@ TEST(FoundationFileUrl, EscapesAndKeepsThePath) {
 // GNUstep lowers no letter beyond the first plane, and the Kelvin sign does not match `k`.
 TEST(FoundationText, KeepsBytesThatAreNoUtf8AndLowersAllLetters) {
   EXPECT_TRUE(processArguments().at(0).ends_with("/objective_c_tests"));
-  EXPECT_EQ(textOf(foundationText("a\xFFz")), "aÿz");
+  EXPECT_EQ(toUtf8(toNSString("a\xFFz")), "aÿz");
   EXPECT_EQ(lowercased("AbZ@[09 ÉЖ\u212A\xFF\xC3Z\xE2\x84"), "abz@[09 éжk\xFF\xC3z\xE2\x84");
   EXPECT_TRUE(
       std::regex_match(makeUniqueIdentifier(), std::regex("[0-9A-F]{8}(-[0-9A-F]{4}){3}-[0-9A-F]{12}")));

@@ -10,7 +10,7 @@
 #import "dock/AFXDockShortcutManager.h"
 #include "logging/logger_configurator.h"
 #include "platform/linux/main_queue.h"
-#include "platform/standard_directories.h"
+#include "platform/process_environment.h"
 
 @interface FlagObserver : NSObject
 @end

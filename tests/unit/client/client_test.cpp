@@ -1,8 +1,7 @@
 #include "client/application_bundles.h"
 #include "client/bundle_identifier.h"
-#include "client/client_locations.h"
 #include "client/path_filters.h"
-#include "platform/letter_case.h"
+#include "platform/case_folding.h"
 #include "support/each.h"
 #include "support/temp_directory.h"
 
@@ -12,13 +11,11 @@ static auto below(const TempDirectory& temp, bool (*filter)(const FileUrl&)) {
   return [&temp, filter](const std::string& path) { return filter(FileUrl::fileUrlWithPath(temp / path)); };
 }
 
-TEST(ClientIdentity, KeepsTheOrderAskedForAndThePathTheSystemNames) {
+TEST(ClientIdentity, KeepsTheOrderAskedFor) {
   using enum BundleIdentifier;
   const std::string client = "com.wendle.DesktopClient";
   EXPECT_EQ(bundleIdentifierStrings({agent, desktop, agent}),
             (Texts{client + ".WendleAgent", client, client + ".WendleAgent"}));
-  EXPECT_EQ(firstOr({"/first", "/second"}, "/fallback"), "/first");
-  EXPECT_EQ(firstOr({}, "/fallback"), "/fallback");
 }
 
 TEST(SpotlightAnswer, HasAnAbsolutePathALineTheLastOneIncluded) {

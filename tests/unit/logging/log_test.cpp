@@ -6,7 +6,7 @@
 
 #include "logging/log_file.h"
 #include "logging/logger.h"
-#include "platform/process_start.h"
+#include "platform/process_environment.h"
 #include "support/each.h"
 #include "support/processes.h"
 #include "support/temp_directory.h"
@@ -122,7 +122,7 @@ TEST(LogFile, StaysThoughTheOthersAreOfALaterTime) {
 TEST(LogFile, ATornRecordStaysALineOfItsOwn) {
   const TempDirectory temp;
   inFork([&] {
-    settleProcess();  // a file that grows too large is no signal then
+    initProcessState();  // a file that grows too large is no signal then
     LogFile log(folderIn(temp), start);
     const auto writeUpTo = [&](rlim_t size, std::string_view record) {
       const rlimit limit{size, RLIM_INFINITY};

@@ -9,7 +9,7 @@
 #include <algorithm>
 #include <csignal>
 
-#include "platform/process_start.h"
+#include "platform/process_environment.h"
 #include "support/processes.h"
 #include "support/temp_directory.h"
 
@@ -110,7 +110,7 @@ TEST(Task, RunsAsUsualWhateverTheLauncherLeftOpenClosedBlockedOrIgnored) {
         if ((closed >> fd) % 2 != 0) ::close(fd);
       Pipe early;
       EXPECT_GT(std::min(early.readingFd(), early.writingFd()), STDERR_FILENO);
-      settleProcess();
+      initProcessState();
       EXPECT_EQ(::write(early.writingFd(), "typed", 5), 5);
       ::dup2(early.readingFd(), STDIN_FILENO);
       Task piped = childTask({"report", "", "last"});

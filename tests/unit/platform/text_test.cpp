@@ -1,8 +1,8 @@
 #include "base/text.h"
 
 #include "base/path.h"
+#include "platform/case_folding.h"
 #include "platform/file_url.h"
-#include "platform/letter_case.h"
 #include "support/each.h"
 #include "support/temp_directory.h"
 

@@ -6,7 +6,7 @@
 
 #include <csignal>
 
-#include "platform/process_arguments.h"
+#include "platform/process_environment.h"
 #include "system/tasks/task_helpers.h"
 
 namespace wendle {

@@ -165,8 +165,6 @@ extern "C" void NSSetUncaughtExceptionHandler(NSUncaughtExceptionHandler* _Nulla
 @end
 
 @interface NSBundle : NSObject
-@property(class, readonly, strong) NSBundle* mainBundle;
-@property(readonly, copy) NSString* bundlePath;
 + (NSBundle*)bundleForClass:(Class)aClass;
 @end
 

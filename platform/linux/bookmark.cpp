@@ -1,4 +1,4 @@
-#include "platform/unique_identifier.h"
+#include "platform/bookmark.h"
 
 #include <sys/random.h>
 
@@ -6,7 +6,15 @@
 #include <cerrno>
 #include <system_error>
 
+#include "platform/file_presence.h"
+
 namespace wendle {
+
+// Linux has no bookmarks: bytes that name the item.
+std::optional<PropertyListData> bookmarkData(const FileUrl& item) {
+  if (!fileExists(item.path())) return std::nullopt;
+  return PropertyListData{"book" + item.path()};
+}
 
 // A version 4 UUID (RFC 4122).
 std::string makeUniqueIdentifier() {

@@ -1,4 +1,4 @@
-#include "platform/user_defaults.h"
+#include "platform/preferences.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -10,13 +10,13 @@
 #include "platform/file_presence.h"
 #include "platform/linux/file_content.h"
 #include "platform/linux/property_list_file.h"
-#include "platform/standard_directories.h"
+#include "platform/process_environment.h"
 
 namespace wendle {
 namespace {
 
 std::string fileOfDomain(const std::string& domain) {
-  return standardDirectoryPaths(StandardDirectory::userLibrary).front() + "/Preferences/" + domain + ".plist";
+  return standardDirectoryPath(StandardDirectory::userLibrary) + "/Preferences/" + domain + ".plist";
 }
 
 // An absent domain is an empty one; none for a file that cannot be read.

@@ -1,9 +1,9 @@
-#include "platform/letter_case.h"
+#include "platform/case_folding.h"
 
 #import <Foundation/Foundation.h>
 
 #include "base/text.h"
-#include "platform/macos/foundation_text.h"
+#include "platform/macos/foundation_values.h"
 
 namespace wendle {
 namespace {
@@ -21,7 +21,7 @@ std::string lowercased(std::string_view text) {
   std::string result;
   @autoreleasepool {
     while (!text.empty()) {
-      result += textOf(foundationText(takeUtf8Prefix(text)).lowercaseString);
+      result += toUtf8(toNSString(takeUtf8Prefix(text)).lowercaseString);
       if (text.empty()) break;
       result += text.front();  // no UTF-8
       text.remove_prefix(1);
@@ -32,8 +32,8 @@ std::string lowercased(std::string_view text) {
 
 bool containsIgnoringCase(std::string_view text, std::string_view searched) {
   @autoreleasepool {
-    const NSRange found = [foundationText(text) rangeOfString:foundationText(searched)
-                                                      options:NSCaseInsensitiveSearch];
+    const NSRange found = [toNSString(text) rangeOfString:toNSString(searched)
+                                                  options:NSCaseInsensitiveSearch];
     return searched.empty() || found.location != NSNotFound;
   }
 }

@@ -1,4 +1,4 @@
-#include "platform/letter_case.h"
+#include "platform/case_folding.h"
 
 #include <clocale>
 #include <cwctype>

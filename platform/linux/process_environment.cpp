@@ -1,11 +1,10 @@
-#include "platform/process_arguments.h"
+#include "platform/process_environment.h"
 
+#include <pwd.h>
 #include <unistd.h>
 
-#include <array>
-#include <climits>
+#include <cstdlib>
 
-#include "base/path.h"
 #include "platform/linux/file_content.h"
 
 namespace wendle {
@@ -22,10 +21,13 @@ const std::vector<std::string>& processArguments() {
   return arguments;
 }
 
-std::string mainBundlePath() {
-  std::array<char, PATH_MAX> executable{};
-  const ssize_t length = ::readlink("/proc/self/exe", executable.data(), executable.size());
-  return length < 0 ? "" : deletingLastPathComponent({executable.data(), static_cast<size_t>(length)});
+std::string homeDirectoryPath() {
+  const char* home = std::getenv("HOME");
+  if (home != nullptr && *home != '\0') return home;
+  const passwd* user = ::getpwuid(::geteuid());
+  return user != nullptr ? user->pw_dir : "";
 }
+
+std::string systemDirectoryPath(StandardDirectory /*directory*/) { return {}; }
 
 }  // namespace wendle

@@ -1,15 +1,14 @@
-#include "platform/user_defaults.h"
+#include "platform/preferences.h"
 
 #import <Foundation/Foundation.h>
 
-#include "platform/macos/foundation_property_list.h"
-#include "platform/macos/foundation_text.h"
+#include "platform/macos/foundation_values.h"
 
 namespace wendle {
 namespace {
 
 NSUserDefaults* defaultsOf(const std::string& domain) {
-  return [[NSUserDefaults alloc] initWithSuiteName:foundationText(domain)];
+  return [[NSUserDefaults alloc] initWithSuiteName:toNSString(domain)];
 }
 
 }  // namespace
@@ -17,7 +16,7 @@ NSUserDefaults* defaultsOf(const std::string& domain) {
 std::optional<PropertyList> UserDefaults::objectForKey(const std::string& key) const {
   if (const auto found = unwritten_.find(key); found != unwritten_.end()) return found->second;
   @autoreleasepool {
-    return propertyListOf([defaultsOf(domain_) objectForKey:foundationText(key)]);
+    return toPropertyList([defaultsOf(domain_) objectForKey:toNSString(key)]);
   }
 }
 
@@ -29,7 +28,7 @@ bool UserDefaults::synchronize() {
   @autoreleasepool {
     NSUserDefaults* defaults = defaultsOf(domain_);
     for (const auto& [key, value] : unwritten_) {
-      [defaults setObject:foundationObject(value) forKey:foundationText(key)];
+      [defaults setObject:toFoundation(value) forKey:toNSString(key)];
     }
     if (![defaults synchronize]) return false;
     unwritten_.clear();

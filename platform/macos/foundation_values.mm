@@ -1,15 +1,13 @@
-#include "platform/macos/foundation_property_list.h"
+#include "platform/macos/foundation_values.h"
 
 #include <limits>
 #include <string_view>
-
-#include "platform/macos/foundation_text.h"
 
 namespace wendle {
 namespace {
 
 struct MakeObject {
-  id operator()(const std::string& text) const { return foundationText(text); }
+  id operator()(const std::string& text) const { return toNSString(text); }
   id operator()(std::int64_t number) const { return [NSNumber numberWithLongLong:number]; }
   id operator()(std::uint64_t number) const { return [NSNumber numberWithUnsignedLongLong:number]; }
   id operator()(double number) const { return [NSNumber numberWithDouble:number]; }
@@ -22,13 +20,13 @@ struct MakeObject {
   }
   id operator()(const PropertyListArray& array) const {
     NSMutableArray* objects = [NSMutableArray array];
-    for (const PropertyList& element : array) [objects addObject:foundationObject(element)];
+    for (const PropertyList& element : array) [objects addObject:toFoundation(element)];
     return objects;
   }
   id operator()(const PropertyListDictionary& dictionary) const {
     NSMutableDictionary* objects = [NSMutableDictionary dictionary];
     for (const auto& [key, entry] : dictionary) {
-      [objects setObject:foundationObject(entry) forKey:foundationText(key)];
+      [objects setObject:toFoundation(entry) forKey:toNSString(key)];
     }
     return objects;
   }
@@ -51,7 +49,7 @@ PropertyList numberOf(NSNumber* number) {
 std::optional<PropertyList> arrayOf(NSArray* objects) {
   PropertyListArray array;
   for (id object in objects) {
-    auto element = propertyListOf(object);
+    auto element = toPropertyList(object);
     if (!element) return std::nullopt;
     array.push_back(std::move(*element));
   }
@@ -61,19 +59,35 @@ std::optional<PropertyList> arrayOf(NSArray* objects) {
 std::optional<PropertyList> dictionaryOf(NSDictionary* objects) {
   PropertyListDictionary dictionary;
   for (id key in objects) {
-    auto entry = propertyListOf([objects objectForKey:key]);
+    auto entry = toPropertyList([objects objectForKey:key]);
     if (!entry || ![key isKindOfClass:[NSString class]]) return std::nullopt;
-    dictionary.emplace(textOf(key), std::move(*entry));
+    dictionary.emplace(toUtf8(key), std::move(*entry));
   }
   return PropertyList{std::move(dictionary)};
 }
 
 }  // namespace
 
-id foundationObject(const PropertyList& list) { return std::visit(MakeObject(), list.value); }
+NSString* toNSString(std::string_view text) {
+  for (const NSStringEncoding encoding : {NSUTF8StringEncoding, NSISOLatin1StringEncoding}) {
+    NSString* decoded = [[NSString alloc] initWithBytes:text.data() length:text.size() encoding:encoding];
+    if (decoded != nil) return decoded;
+  }
+  return @"";
+}
 
-std::optional<PropertyList> propertyListOf(id object) {
-  if ([object isKindOfClass:[NSString class]]) return PropertyList{textOf(object)};
+std::string toUtf8(NSString* text) {
+  @autoreleasepool {
+    // Lossy, for half a surrogate pair: UTF-8 cannot say it.
+    NSData* bytes = [text dataUsingEncoding:NSUTF8StringEncoding allowLossyConversion:YES];
+    return {static_cast<const char*>(bytes.bytes), bytes.length};
+  }
+}
+
+id toFoundation(const PropertyList& list) { return std::visit(MakeObject(), list.value); }
+
+std::optional<PropertyList> toPropertyList(id object) {
+  if ([object isKindOfClass:[NSString class]]) return PropertyList{toUtf8(object)};
   if ([object isKindOfClass:[NSNumber class]]) return numberOf(object);
   if ([object isKindOfClass:[NSDate class]]) {
     return PropertyList{PropertyListDate{[object timeIntervalSinceReferenceDate]}};

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace wendle {
+
+// What a process is started with, and where the directories of its user and of the system are.
+
+// The arguments this process was started with, the executable's path as the first. Source: NSProcessInfo.
+[[nodiscard]] const std::vector<std::string>& processArguments();
+
+// Makes the process independent of the state its launcher started it in; the first thing that main does.
+// Descriptors 0, 1 and 2 are opened on /dev/null where they are closed, so that no file of ours takes their
+// number; an inherited "ignore" of SIGCHLD, which would lose the exit status of every tool (wait(2)), is
+// undone; a file size limit fails a write instead of ending the process.
+//
+// And it leaves its launcher's process group: macOS kills what is left in the group of an application that
+// has ended (launchd.plist(5), AbandonProcessGroup), and the application that starts us is one that we ask to
+// quit. Where that fails the process leads a group already. A terminal's Ctrl-C does not reach us any more.
+void initProcessState();
+
+// The current user's home directory, as the system names it. Source: NSHomeDirectory.
+[[nodiscard]] std::string homeDirectoryPath();
+
+enum class StandardDirectory {
+  userLibrary,             // NSLibraryDirectory in NSUserDomainMask
+  userApplicationSupport,  // NSApplicationSupportDirectory in NSUserDomainMask
+  localUsers,              // NSUserDirectory in NSLocalDomainMask
+  localApplications,       // NSApplicationDirectory in NSLocalDomainMask
+};
+
+// The first path that the system names for the directory, the home directory written out; empty when it names
+// none, as Linux does. Source: NSSearchPathForDirectoriesInDomains.
+[[nodiscard]] std::string systemDirectoryPath(StandardDirectory directory);
+
+// The same, and where the system names none, the usual place: Library in the home directory, Application
+// Support in the library, /Users, /Applications. It need not exist.
+[[nodiscard]] std::string standardDirectoryPath(StandardDirectory directory);
+
+}  // namespace wendle
