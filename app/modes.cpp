@@ -1,5 +1,6 @@
 #include "app/modes.h"
 
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -142,17 +143,14 @@ std::vector<Step> modeSteps(Mode mode) {
   return {};
 }
 
-std::string_view nameInLog(Mode mode) {
-  for (const ModeSwitch& modeSwitch : modeSwitches) {
-    if (modeSwitch.mode == mode) return modeSwitch.nameInLog;
-  }
-  return "";
-}
+const ModeSwitch& switchEntry(Mode mode) { return *std::ranges::find(modeSwitches, mode, &ModeSwitch::mode); }
 
 }  // namespace
 
+std::string modeSwitch(Mode mode) { return std::string(switchEntry(mode).argument); }
+
 void runSteps(Mode mode) {
-  log("Wendle Uninstaller - started in " + std::string(nameInLog(mode)) + " mode");
+  log("Wendle Uninstaller - started in " + std::string(switchEntry(mode).nameInLog) + " mode");
   for (const Step& step : modeSteps(mode)) step.run();
 }
 

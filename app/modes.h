@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <string>
 #include <string_view>
 
 #include "client/removal_plan.h"
@@ -19,6 +20,8 @@ inline constexpr std::array<ModeSwitch, 4> modeSwitches{{{"--soft", Mode::soft, 
                                                          {"--hard", Mode::hard, "uninstall completely"},
                                                          {"--updates", Mode::updates, "updates"},
                                                          {"--full", Mode::full, "full"}}};
+
+[[nodiscard]] std::string modeSwitch(Mode mode);  // --hard
 
 // Runs the mode: its start line, then its steps one after another. No step reports a failure here: each logs
 // its own, and the next one runs whatever happened. Throws what nothing is meant to catch (LaunchException,

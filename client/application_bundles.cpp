@@ -61,10 +61,12 @@ void removeInstances(Find find) {
 }
 
 template <typename Visit>
-void planInstances(Visit visit) {
+void planInstances(const RemovalPlan& plan, Visit visit) {
   for (const std::string& identifier : bundleIdentifierStrings(instanceBundleIdentifiers())) {
     for (const std::string& path : findSpotlightPaths(identifier)) {
-      visit(path, "a copy of " + identifier + " that Spotlight lists");
+      // Without it a folder is no bundle any more, and Spotlight will not list it.
+      if (!plan.takesAlong(path + "/Contents/Info.plist"))
+        visit(path, "a copy of " + identifier + " that Spotlight lists");
     }
   }
 }
@@ -106,14 +108,14 @@ void removeInstancesWithExceptions() { removeInstances(findAppBundles); }
 void removeAllInstances() { removeInstances(findSpotlightPaths); }
 
 void planInstancesWithExceptions(RemovalPlan& plan) {
-  planInstances([&](const std::string& path, const std::string& why) {
+  planInstances(plan, [&](const std::string& path, const std::string& why) {
     const std::string_view because = exemption(path);
     because.empty() ? plan.addPath(path, why) : plan.keep(path, because);
   });
 }
 
 void planAllInstances(RemovalPlan& plan) {
-  planInstances([&](const std::string& path, const std::string& why) { plan.addPath(path, why); });
+  planInstances(plan, [&](const std::string& path, const std::string& why) { plan.addPath(path, why); });
 }
 
 }  // namespace wendle

@@ -68,7 +68,8 @@ void removeClientFolders() {
 
 void planLaunchAgentApps(RemovalPlan& plan, const std::vector<std::string>& names) {
   for (const std::string& name : names) {
-    plan.addPath(launchAgentAppPath(name), "the search extension in the client's own launch agents folder");
+    const std::string path = launchAgentAppPath(name);
+    if (fileExists(path)) plan.addPath(path, "the search extension in the client's own launch agents folder");
   }
 }
 

@@ -6,7 +6,8 @@
 namespace wendle {
 namespace {
 
-std::string_view nameOfKind(ItemKind kind) {
+std::string_view kindName(ItemKind kind) {
+  if (kind == ItemKind::unknown) return "item";
   if (kind == ItemKind::link) return "link";
   return kind == ItemKind::directory ? "folder" : "file";
 }
@@ -18,18 +19,27 @@ bool PlannedItem::needsRoot() const {
 }
 
 void RemovalPlan::addPath(const std::string& path, std::string_view why) {
+  const auto isListed = [&](const PlannedItem& item) { return item.isFileItem() && item.name == path; };
+  if (takesAlong(path) || std::ranges::any_of(items_, isListed)) return;
   const auto forecast = forecastRemoval(path);
-  if (!forecast || isTakenAlong(path, *forecast)) return;
-  add({std::string(nameOfKind(forecast->kind)), path, std::string(why), forecast->size, forecast->obstacle});
+  if (!forecast) return;
+  add({std::string(kindName(forecast->kind)), path, std::string(why), forecast->size, forecast->obstacle});
 }
 
-// An item that is listed already is not listed twice. What lies in another goes with it, unless the other's
-// removal does not come there or cannot take it away: then the run tries it once more.
-bool RemovalPlan::isTakenAlong(const std::string& path, const RemovalForecast& forecast) const {
-  return std::any_of(items_.begin(), items_.end(), [&](const PlannedItem& item) {
-    if (!item.isFileItem()) return false;
-    return item.name == path || (!forecast.obstacle && isReachedByRemoval(item.name, path));
-  });
+std::vector<KeptItem> RemovalPlan::kept() const {
+  std::vector<KeptItem> kept = kept_;
+  std::erase_if(kept, [&](const KeptItem& item) { return takesAlong(item.path); });
+  return kept;
+}
+
+// Unless the other's removal does not come there, or cannot take it away: then a run tries it once more.
+bool RemovalPlan::takesAlong(const std::string& path) const {
+  const auto isAbove = [&](const PlannedItem& item) {
+    return item.isFileItem() && isReachedByRemoval(item.name, path);
+  };
+  if (std::ranges::none_of(items_, isAbove)) return false;
+  const auto forecast = forecastRemoval(path);
+  return forecast && !forecast->obstacle;
 }
 
 }  // namespace wendle

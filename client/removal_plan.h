@@ -12,7 +12,8 @@ namespace wendle {
 
 // Something that a run would take away.
 struct PlannedItem {
-  std::string kind;  // "folder", "file" or "link"; else "keychain item", "Dock tile", "process"
+  std::string kind;  // "folder", "file", "link", or "item" that may not be looked at; else "keychain item",
+                     // "Dock tile", "process"
   std::string name;  // the path of a folder, file or link; else what the system calls it
   std::string why;
   std::optional<std::uint64_t> size = {};        // bytes; of folders and files only
@@ -37,6 +38,9 @@ class RemovalPlan {
   // takes it along.
   void addPath(const std::string& path, std::string_view why);
 
+  // Whether the items of the plan take all of what lies at `path` along; false when nothing is there.
+  [[nodiscard]] bool takesAlong(const std::string& path) const;
+
   void add(PlannedItem item) { items_.push_back(std::move(item)); }
   void keep(const std::string& path, std::string_view because) {
     kept_.push_back({path, std::string(because)});
@@ -50,13 +54,12 @@ class RemovalPlan {
   void ask(std::string what) { requests_.push_back(std::move(what)); }
 
   [[nodiscard]] const std::vector<PlannedItem>& items() const { return items_; }
-  [[nodiscard]] const std::vector<KeptItem>& kept() const { return kept_; }
+  // Without those that another item takes along.
+  [[nodiscard]] std::vector<KeptItem> kept() const;
   [[nodiscard]] const std::vector<std::string>& warnings() const { return warnings_; }
   [[nodiscard]] const std::vector<std::string>& requests() const { return requests_; }
 
  private:
-  bool isTakenAlong(const std::string& path, const RemovalForecast& forecast) const;
-
   std::vector<PlannedItem> items_;
   std::vector<KeptItem> kept_;
   std::vector<std::string> warnings_;

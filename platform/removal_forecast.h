@@ -8,7 +8,7 @@
 
 namespace wendle {
 
-enum class ItemKind { file, directory, link };
+enum class ItemKind { file, directory, link, unknown };  // unknown: it may not be looked at
 
 // Why something cannot be removed: the error that the removal would report, and the item it would report it
 // of.

@@ -1,77 +1,29 @@
-// wendle-uninstall-report: what the log of an uninstaller's run says became of everything.
+// wendle-uninstall-report: what a run of the uninstaller did, what one would do, and what is left.
 #include <fcntl.h>
 #include <pwd.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <array>
+#include <csignal>
 #include <cstdio>
+#include <stdexcept>
 
+#include "app/modes.h"
 #include "base/error.h"
-#include "base/text.h"
 #include "base/unique_fd.h"
+#include "client/client_traces.h"
 #include "logging/logger_configurator.h"
+#include "report/command_line.h"
+#include "report/plan_rendering.h"
 #include "report/run_report.h"
 
 namespace wendle {
 namespace {
 
-constexpr const char* usage = R"(usage: wendle-uninstall-report [--since TIME] [--json] [FILE]
-
-Tells what the log of a run of the Wendle uninstaller says: the mode, when it ran, what was removed, what was not there,
-what failed and why, and whether the run reached its last line. FILE is a log; without one the current user's newest.
-
-  --since TIME  only a run that began at TIME or later counts, so that nobody takes an older run's log for that of one
-                that could write none; TIME is UTC, such as 2026-11-21T07:40:12Z, or seconds since 1970 (date +%s)
-  --json        one JSON object instead of text
-  --help        this text
-
-Exit status: 0 when nothing failed, 1 when something did or the run ended early, 2 when there is no report: no such log,
-a wrong use, or the report cannot be written.
-)";
-
 constexpr int good = 0;
 constexpr int bad = 1;
 constexpr int noReport = 2;
-
-struct CommandLine {
-  bool wantsHelp = false;
-  bool wantsJson = false;
-  std::string since;
-  std::optional<std::chrono::sys_seconds> sinceTime;
-  std::string file;
-  std::string mistake;
-};
-
-// UTC, or seconds since 1970.
-std::optional<std::chrono::sys_seconds> parsedTime(const std::string& text) {
-  using namespace std::chrono;
-  if (const auto time = parseUtcTime(text)) return floor<seconds>(*time);
-  const auto count = parseDecimal(text);
-  if (!count || *count < 0) return std::nullopt;
-  return sys_seconds(seconds(*count));
-}
-
-CommandLine parsed(const std::vector<std::string>& words) {
-  CommandLine line;
-  for (auto word = words.begin(); word != words.end(); ++word) {
-    if (*word == "--help") {
-      line.wantsHelp = true;
-    } else if (*word == "--json") {
-      line.wantsJson = true;
-    } else if (*word == "--since") {
-      line.since = word + 1 != words.end() ? *++word : "";
-      line.sinceTime = parsedTime(line.since);
-      if (!line.sinceTime) line.mistake = "--since needs a time, not '" + line.since + "'";
-    } else if (word->empty() || word->starts_with("-")) {
-      line.mistake = "there is no option '" + *word + "'";
-    } else if (!line.file.empty()) {
-      line.mistake = "one log at a time, please";
-    } else {
-      line.file = *word;
-    }
-  }
-  return line;
-}
 
 int complain(const std::string& sentence) {
   const std::string line = "wendle-uninstall-report: " + escapedText(sentence) + ".\n";
@@ -80,7 +32,8 @@ int complain(const std::string& sentence) {
 }
 
 int print(const std::string& text, int status) {
-  if (std::fputs(text.c_str(), stdout) >= 0 && std::fflush(stdout) == 0) return status;
+  const bool isWritten = std::fwrite(text.data(), 1, text.size(), stdout) == text.size();
+  if (isWritten && std::fflush(stdout) == 0) return status;
   return complain("cannot write the report: " + posixError(errno).description);
 }
 
@@ -102,11 +55,15 @@ std::optional<std::string> contents(int file) {
   }
 }
 
+// The number itself for a user without a name.
+std::string userName(uid_t number) {
+  const passwd* user = ::getpwuid(number);
+  return user != nullptr ? user->pw_name : std::to_string(number);
+}
+
 std::string ownerName(int file) {
   struct stat status {};
-  if (::fstat(file, &status) != 0) return "";
-  const passwd* user = ::getpwuid(status.st_uid);
-  return user != nullptr ? user->pw_name : std::to_string(status.st_uid);
+  return ::fstat(file, &status) == 0 ? userName(status.st_uid) : "";
 }
 
 // Why this is not the run that was asked about; empty when it is. A clock that was wrong dates a log in the
@@ -119,7 +76,7 @@ std::string whyNotAskedAbout(const RunReport& read, const CommandLine& line) {
   return read.start > std::chrono::system_clock::now() ? begin + "which is yet to come" : "";
 }
 
-int report(CommandLine line) {
+int reportRun(CommandLine line) {
   if (line.file.empty()) line.file = newestLog();
   if (line.file.empty()) return complain("this user has no log of the uninstaller");
   const UniqueFd file(::open(line.file.c_str(), O_RDONLY | O_CLOEXEC));
@@ -134,12 +91,47 @@ int report(CommandLine line) {
   return print(line.wantsJson ? asJson(*read, {line.file, ownerName(file.get())}) : asText(*read), status);
 }
 
-int run(const CommandLine& line) {
+int preview(const CommandLine& line) {
+  const RemovalPlan plan = planMode(*line.mode);
+  const int status = plan.items().empty() ? good : bad;
+  if (line.wantsRootPaths) return print(rootPaths(plan), status);
+  const PlanContext context{modeSwitch(*line.mode), userName(::geteuid())};
+  return print(line.wantsJson ? previewJson(plan, context) : previewText(plan, context), status);
+}
+
+// All that the other modes take away, the full mode does, too.
+int reportLeftovers(const CommandLine& line) {
+  const RemovalPlan plan = planMode(Mode::full);
+  const auto traces = findClientTraces();
+  const std::string user = userName(::geteuid());
+  return print(line.wantsJson ? leftoversJson(plan, traces, user) : leftoversText(plan, traces),
+               plan.items().empty() ? good : bad);
+}
+
+int answer(const CommandLine& line) {
   if (!line.mistake.empty()) return complain(line.mistake + "; --help tells what there is");
-  return line.wantsHelp ? print(usage, good) : report(line);
+  switch (line.question) {
+    case Question::run:
+      return reportRun(line);
+    case Question::preview:
+      return preview(line);
+    case Question::leftovers:
+      return reportLeftovers(line);
+    case Question::help:
+      return print(reportUsage, good);
+    case Question::version:
+      return print(UNINSTALLER_VERSION "\n", good);
+  }
+  return noReport;
 }
 
 }  // namespace
 }  // namespace wendle
 
-int main(int count, char** words) { return wendle::run(wendle::parsed({words + 1, words + count})); }
+int main(int count, char** words) try {
+  using namespace wendle;
+  std::signal(SIGCHLD, SIG_DFL);  // who ignores it is not told how a tool ended
+  return answer(parseCommandLine({words + 1, words + count}));
+} catch (const std::exception& failure) {
+  return wendle::complain(failure.what());
+}

@@ -1,10 +1,8 @@
-#include <algorithm>
 #include <array>
 #include <cstdio>
-#include <string_view>
 
-#include "base/text.h"
 #include "logging/log_record.h"
+#include "report/json.h"
 #include "report/run_report.h"
 
 namespace wendle {
@@ -22,36 +20,8 @@ std::string section(const std::string& heading, const std::vector<std::string>& 
   return text;
 }
 
-std::string quoted(std::string_view text) {
-  std::string result = "\"";
-  while (!text.empty()) {
-    const std::string_view before = text;
-    const auto character = takeUtf8Character(text);
-    if (!character) {
-      result += "\\ufffd";
-      text.remove_prefix(1);
-    } else if (*character == '"' || *character == '\\') {
-      (result += '\\') += before.front();
-    } else if (isControlCharacter(*character)) {
-      std::array<char, 8> escape{};
-      std::snprintf(escape.data(), escape.size(), "\\u%04x", static_cast<unsigned>(*character));
-      result += escape.data();
-    } else {
-      result.append(before.substr(0, before.size() - text.size()));
-    }
-  }
-  return result + "\"";
-}
-
-template <typename Items, typename Render>
-std::string array(const Items& items, Render render) {
-  std::string text = "[";
-  for (const auto& item : items) text.append(text.size() > 1 ? ", " : "").append(render(item));
-  return text + "]";
-}
-
-std::string asJsonObject(const FailedItem& failed) {
-  return "{\"item\": " + quoted(failed.item) + ", \"cause\": " + quoted(failed.cause) + "}";
+std::string failedJson(const FailedItem& failed) {
+  return JsonObject().add("item", failed.item).add("cause", failed.cause).text();
 }
 
 }  // namespace
@@ -76,17 +46,19 @@ std::string asText(const RunReport& report) {
 }
 
 std::string asJson(const RunReport& report, const ReportedLog& log) {
-  std::string text = "{\"schema\": 1, \"uninstallerVersion\": " + quoted(UNINSTALLER_VERSION);
-  text += ", \"user\": " + quoted(log.user) + ", \"log\": " + quoted(log.path);
-  text += ", \"mode\": " + quoted(report.mode);
-  text += ", \"started\": " + quoted(utcText(report.start));
-  text += ", \"seconds\": " + secondsText(report.duration);
-  text += ", \"removed\": " + array(report.removed, quoted);
-  text += ", \"notThere\": " + array(report.notThere, quoted);
-  text += ", \"toolsRun\": " + array(report.toolsRun, quoted);
-  text += ", \"failed\": " + array(report.failed, asJsonObject);
-  text += std::string(", \"reachedEnd\": ") + (report.reachedEnd ? "true" : "false");
-  return text + "}\n";
+  return answerObject()
+             .add("user", log.user)
+             .add("log", log.path)
+             .add("mode", report.mode)
+             .add("started", utcText(report.start))
+             .addNumber("seconds", secondsText(report.duration))
+             .addArray("removed", report.removed, jsonText)
+             .addArray("notThere", report.notThere, jsonText)
+             .addArray("toolsRun", report.toolsRun, jsonText)
+             .addArray("failed", report.failed, failedJson)
+             .add("reachedEnd", report.reachedEnd)
+             .text() +
+         "\n";
 }
 
 }  // namespace wendle

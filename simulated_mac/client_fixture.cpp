@@ -80,8 +80,10 @@ const std::vector<Item>& clientItems() {
   return items;
 }
 
-void installClient(SimulatedMac& mac) {
-  for (const auto& [kind, place, detail, why, family, removedBy] : clientItems()) {
+void installClient(SimulatedMac& mac) { installItems(mac, clientItems()); }
+
+void installItems(SimulatedMac& mac, const std::vector<Item>& items) {
+  for (const auto& [kind, place, detail, why, family, removedBy] : items) {
     if (kind == "bundle") mac.addBundle(place, detail);
     if (kind == "file") mac.addFile(place, "content of " + place);
     if (kind == "folder") mac.addFolder(place);

@@ -23,5 +23,6 @@ struct Item {
 
 [[nodiscard]] const std::vector<Item>& clientItems();
 void installClient(SimulatedMac& mac);
+void installItems(SimulatedMac& mac, const std::vector<Item>& items);
 
 }  // namespace wendle::mac

@@ -53,7 +53,7 @@ class Forecast {
 
   std::optional<RemovalForecast> run(const std::string& path) {
     struct stat item {};
-    if (::lstat(path.c_str(), &item) != 0) return std::nullopt;
+    if (::lstat(path.c_str(), &item) != 0) return unseen(path, errno);
     result_.kind = kindOf(item);
     device_ = item.st_dev;
     visit(path, path, item);
@@ -68,6 +68,11 @@ class Forecast {
   }
 
  private:
+  static std::optional<RemovalForecast> unseen(const std::string& path, int failure) {
+    if (failure == ENOENT) return std::nullopt;
+    return RemovalForecast{ItemKind::unknown, 0, RemovalObstacle{posixError(failure), path}};
+  }
+
   Container& current() { return directories_.back(); }
 
   void visitEntry(const std::string& name) {

@@ -1,0 +1,120 @@
+#include "report/command_line.h"
+
+#include "base/text.h"
+#include "report/log_reader.h"
+
+namespace wendle {
+
+const char* const reportUsage =
+    R"(usage: wendle-uninstall-report [run] [--since TIME] [--json] [FILE]
+       wendle-uninstall-report preview MODE [--json | --needs-root]
+       wendle-uninstall-report leftovers [--json]
+
+run        what the log of a run of the Wendle uninstaller says: the mode, when it ran, what was removed, what was not
+           there, what failed and why, and whether the run reached its last line. FILE is a log; without one the current
+           user's newest. This is what is asked when nothing else is.
+preview    what a run of MODE (--soft, --hard, --updates or --full) would take away from this user's account now, in the
+           order in which it would, what it would keep, and what this user cannot delete. Nothing is changed.
+leftovers  what is still there of all that the modes take away, and, named apart, what no mode ever does.
+
+  --since TIME  only a run that began at TIME or later counts, so that nobody takes an older run's log for that of one
+                that could write none; TIME is UTC, such as 2026-11-21T07:40:12Z, or seconds since 1970 (date +%s)
+  --json        one JSON object instead of text
+  --needs-root  only the paths of what root could delete and this user cannot, each with a NUL byte after it
+  --help        this text
+  --version     the version
+
+Exit status: 0 when nothing failed, would be taken away, or is left; 1 when something did, would, or is, or when the run
+ended early; 2 when there is no answer: no such log, a wrong use, a tool is missing, or the answer cannot be written.
+)";
+
+namespace {
+
+// UTC, or seconds since 1970.
+std::optional<std::chrono::sys_seconds> parseTime(const std::string& text) {
+  using namespace std::chrono;
+  if (const auto time = parseUtcTime(text)) return floor<seconds>(*time);
+  const auto count = parseDecimal(text);
+  if (!count || *count < 0) return std::nullopt;
+  return sys_seconds(seconds(*count));
+}
+
+// "--hard", and also "hard".
+std::optional<Mode> parseMode(const std::string& word) {
+  for (const ModeSwitch& modeSwitch : modeSwitches) {
+    if (word == modeSwitch.argument || "--" + word == modeSwitch.argument) return modeSwitch.mode;
+  }
+  return std::nullopt;
+}
+
+class Parser {
+ public:
+  explicit Parser(const std::vector<std::string>& words) : next_(words.begin()), end_(words.end()) {}
+
+  CommandLine parse() {
+    if (next_ != end_ && takeSubcommand(*next_)) ++next_;
+    while (next_ != end_ && line_.mistake.empty()) takeWord(*next_++);
+    if (line_.question == Question::preview && !line_.mode && line_.mistake.empty()) {
+      line_.mistake = "preview needs a mode: --soft, --hard, --updates or --full";
+    }
+    return line_;
+  }
+
+ private:
+  bool takeSubcommand(const std::string& word) {
+    if (word == "preview") line_.question = Question::preview;
+    if (word == "leftovers") line_.question = Question::leftovers;
+    return line_.question != Question::run || word == "run";
+  }
+
+  void takeWord(const std::string& word) {
+    if (word == "--help") {
+      line_.question = Question::help;
+    } else if (word == "--version") {
+      line_.question = Question::version;
+    } else if (word == "--json") {
+      line_.wantsJson = true;
+    } else if (line_.question == Question::run) {
+      takeWordOfRun(word);
+    } else if (line_.question == Question::preview) {
+      takeWordOfPreview(word);
+    } else {
+      refuse(word);
+    }
+  }
+
+  void takeWordOfRun(const std::string& word) {
+    if (word == "--since") {
+      line_.since = next_ != end_ ? *next_++ : "";
+      line_.sinceTime = parseTime(line_.since);
+      if (!line_.sinceTime) line_.mistake = "--since needs a time, not '" + line_.since + "'";
+    } else if (word.empty() || word.starts_with("-")) {
+      refuse(word);
+    } else if (!line_.file.empty()) {
+      line_.mistake = "one log at a time, please";
+    } else {
+      line_.file = word;
+    }
+  }
+
+  void takeWordOfPreview(const std::string& word) {
+    if (word == "--needs-root") {
+      line_.wantsRootPaths = true;
+    } else if (const auto mode = parseMode(word); mode && !line_.mode) {
+      line_.mode = mode;
+    } else {
+      refuse(word);
+    }
+  }
+
+  void refuse(const std::string& word) { line_.mistake = "'" + word + "' has no place there"; }
+
+  CommandLine line_;
+  std::vector<std::string>::const_iterator next_, end_;
+};
+
+}  // namespace
+
+CommandLine parseCommandLine(const std::vector<std::string>& words) { return Parser(words).parse(); }
+
+}  // namespace wendle
