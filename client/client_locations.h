@@ -10,7 +10,10 @@ namespace wendle {
 
 // Every place where the client keeps files: paths without a slash at the end. Nothing need exist there.
 class ClientLocations {
+ public:
   const std::string libraryDirectory = standardDirectoryPath(StandardDirectory::userLibrary);
+
+ private:
   const std::string applicationSupportDirectory =
       standardDirectoryPath(StandardDirectory::userApplicationSupport);
   const std::string usersDirectory = standardDirectoryPath(StandardDirectory::localUsers);

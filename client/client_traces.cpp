@@ -50,11 +50,11 @@ void appendTraces(std::vector<std::string>& traces, const std::string& directory
 std::vector<std::string> findClientTraces() {
   std::vector<std::string> traces;
   for (const char* directory : directoriesInLibrary)
-    appendTraces(traces, libraryDirectory() + "/" + directory);
+    appendTraces(traces, clientLocations().libraryDirectory + "/" + directory);
   appendTraces(traces, "/var/db/receipts");
-  const std::string logs = libraryDirectory() + "/Logs/Wendle";
+  const std::string logs = clientLocations().libraryDirectory + "/Logs/Wendle";
   if (directoryExists(logs)) traces.push_back(logs);
-  const auto removable = preferenceFilePaths();
+  const auto& removable = clientLocations().preferenceFilePaths;
   std::erase_if(traces, [&](const std::string& path) { return std::ranges::count(removable, path) > 0; });
   return traces;
 }
