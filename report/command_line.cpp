@@ -57,6 +57,7 @@ class Parser {
     if (line_.question == Question::preview && !line_.mode && line_.mistake.empty()) {
       line_.mistake = "preview needs a mode: --soft, --hard, --updates or --full";
     }
+    if (line_.wantsJson && line_.wantsRootPaths) line_.mistake = "--json and --needs-root are two answers";
     return line_;
   }
 

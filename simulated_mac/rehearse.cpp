@@ -20,6 +20,7 @@ constexpr const char* usage = R"(Runs the uninstaller on a simulated Mac and sho
   rehearse [OPTIONS] MODE              MODE: --soft, --hard, --updates or --full
   rehearse [OPTIONS] -- [ARGUMENT...]  with any command line for the uninstaller
 
+  --preview           first shows what the report tool beside the executable says that the run would do
   --keep DIR          leaves the Mac in DIR, which must be new or empty
   --uninstaller PATH  the executable to run, for Linux or for macOS, instead of the one beside this one
   --help              this text
@@ -31,13 +32,24 @@ output cannot be written.
 
 struct Command {
   bool wantsHelp = false;
+  bool wantsPreview = false;
   fs::path keep;
   fs::path uninstaller = fs::canonical("/proc/self/exe").parent_path() / "WendleUninstaller";
   Strings arguments;
 };
 
-Command parsed(const Strings& words) {
+// Takes the flag out of the words before "--", wherever it stands.
+bool takeFlag(Strings& words, const std::string& flag) {
+  const auto end = std::ranges::find(words, "--");
+  const auto found = std::find(words.begin(), end, flag);
+  if (found == end) return false;
+  words.erase(found);
+  return true;
+}
+
+Command parsed(Strings words) {
   Command command;
+  command.wantsPreview = takeFlag(words, "--preview");
   auto word = words.begin();
   for (; word != words.end() && (*word == "--keep" || *word == "--uninstaller"); word += 2) {
     if (word + 1 == words.end() || word[1].empty()) throw std::runtime_error(*word + " needs a path.");
@@ -47,7 +59,7 @@ Command parsed(const Strings& words) {
   command.arguments.assign(isFree ? word + 1 : word, words.end());
   command.wantsHelp = !isFree && command.arguments == Strings{"--help"};
   const bool isMode = command.arguments.size() == 1 && modeOf(command.arguments) != noMode;
-  if (isFree || isMode || command.wantsHelp) return command;
+  if (isMode || command.wantsHelp || (isFree && !command.wantsPreview)) return command;
   throw std::runtime_error(
       "Say --soft, --hard, --updates or --full, or -- and any arguments; --help tells more.");
 }
@@ -141,9 +153,19 @@ int printed(int status) {
   return status;
 }
 
+void printPreview(SimulatedMac& mac, const Command& command) {
+  const fs::path report = command.uninstaller.parent_path() / "wendle-uninstall-report";
+  if (!fs::exists(report))
+    throw std::runtime_error("There is no " + report.string() + " to ask for a preview.");
+  const SessionResult result = mac.run(report, {"preview", command.arguments.front()});
+  if (!result.err.empty()) throw std::runtime_error("No preview: " + result.err);
+  std::cout << result.out << '\n';
+}
+
 int rehearse(SimulatedMac& mac, const Command& command) {
   installClient(mac);
   const Snapshot before = mac.snapshot();
+  if (command.wantsPreview) printPreview(mac, command);
   const SessionResult result = mac.run(command.uninstaller, command.arguments);
   const Verdict verdict = judge(mac, command.arguments, before, result.processes);
   Rows tools;

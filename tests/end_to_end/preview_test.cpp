@@ -15,8 +15,8 @@ namespace {
 
 using nlohmann::json;
 
-json answerOf(mac::SimulatedMac& mac, const Lines& question) {
-  const RunResult seen = runReport(mac, question);
+json answerOf(mac::SimulatedMac& mac, const Lines& question, bool startsProcesses = false) {
+  const RunResult seen = runReport(mac, question, {.startsProcesses = startsProcesses});
   EXPECT_EQ(seen.err, "");
   return json::parse(seen.out);
 }
@@ -146,16 +146,16 @@ void makeUndeletable(mac::SimulatedMac& mac) {
   setMode(mac, "/Applications", 0555);
 }
 
-class PreviewTest : public testing::TestWithParam<std::tuple<Account, std::string>> {};
+class AccountsTest : public testing::TestWithParam<std::tuple<Account, std::string>> {};
 
-TEST_P(PreviewTest, ListsExactlyWhatTheRunTakesAway) {
+TEST_P(AccountsTest, LoseExactlyWhatThePreviewLists) {
   mac::SimulatedMac mac = mac::SimulatedMac::scratch();
   std::get<0>(GetParam()).make(mac);
   expectPreviewIsTheRun(mac, std::get<1>(GetParam()));
   restoreModes(mac);
 }
 
-INSTANTIATE_TEST_SUITE_P(Accounts, PreviewTest,
+INSTANTIATE_TEST_SUITE_P(Kinds, AccountsTest,
                          testing::Combine(testing::Values(Account{"bare", [](mac::SimulatedMac&) {}},
                                                           Account{"full", mac::installClient},
                                                           Account{"halfRemoved", makeHalfRemoved},
@@ -203,17 +203,99 @@ void makeRandom(mac::SimulatedMac& mac, std::mt19937& random) {
   for (auto path = closed.rbegin(); path != closed.rend(); ++path) setMode(mac, path->first, path->second);
 }
 
-TEST(RandomAccountsTest, ListsExactlyWhatTheRunTakesAwayOfRandomAccounts) {
+// Each test takes every N-th account, so that they can run side by side.
+constexpr unsigned shares = 4;
+
+class RandomAccountsTest : public testing::TestWithParam<unsigned> {};
+
+TEST_P(RandomAccountsTest, LoseExactlyWhatThePreviewLists) {
   const char* wanted = std::getenv("WENDLE_RANDOM_ACCOUNTS");
-  const int accounts = wanted == nullptr ? 8 : std::atoi(wanted);
-  for (int seed = 0; seed < accounts && !HasFailure(); ++seed) {
-    std::mt19937 random(static_cast<unsigned>(seed));
+  const auto accounts = static_cast<unsigned>(wanted == nullptr ? 8 : std::atoi(wanted));
+  for (unsigned seed = GetParam(); seed < accounts && !HasFailure(); seed += shares) {
+    std::mt19937 random(seed);
     SCOPED_TRACE("account " + std::to_string(seed));
     mac::SimulatedMac mac = mac::SimulatedMac::scratch();
     makeRandom(mac, random);
     expectPreviewIsTheRun(mac, modes[random() % modes.size()]);
     restoreModes(mac);
   }
+}
+
+INSTANTIATE_TEST_SUITE_P(Shares, RandomAccountsTest, testing::Range(0U, shares));
+
+TEST(PreviewTest, NamesTheProcessesThatAreAskedOrKilled) {
+  mac::SimulatedMac mac = mac::SimulatedMac::scratch();
+  for (const char* component : {"", ".WendleAgent", ".WendleUpdater", ".WendleExtension", "X"}) {
+    mac.addProcess({.name = "Wendle", .identifier = std::string("com.wendle.DesktopClient") + component});
+  }
+  const auto identifiers = [&](const char* mode) {
+    std::set<std::string> found;
+    for (const std::string& label : labelsOf(answerOf(mac, {"preview", mode, "--json"}, true), "process")) {
+      found.insert(label.substr(0, label.find(',')));
+    }
+    return found;
+  };
+  EXPECT_EQ(identifiers("--soft"),
+            (std::set<std::string>{"com.wendle.DesktopClient", "com.wendle.DesktopClient.WendleAgent",
+                                   "com.wendle.DesktopClient.WendleExtension"}));
+  EXPECT_EQ(identifiers("--updates"), std::set<std::string>{"com.wendle.DesktopClient.WendleExtension"});
+}
+
+// The limits of the Dock's step: positions of several tiles run together, a tile without a URL does not
+// count.
+TEST(PreviewTest, WarnsWhenAnotherTileWouldGo) {
+  const std::string wendle = "file:///Users/pat/Wendle/";
+  const auto preview = [&](const Lines& urls) {
+    mac::SimulatedMac mac = mac::SimulatedMac::scratch();
+    for (const std::string& url : urls) mac.addDockTile("Tile " + url, url);
+    return answerOf(mac, {"preview", "--soft", "--json"});
+  };
+  EXPECT_EQ(preview({wendle}).at("warnings").size(), 0U);
+  const json other = preview({"", wendle});
+  EXPECT_EQ(labelsOf(other, "Dock tile"), std::set<std::string>{"Tile "});
+  EXPECT_EQ(other.at("warnings").size(), 1U);
+  const json none = preview({wendle, wendle});
+  EXPECT_EQ(labelsOf(none, "Dock tile"), std::set<std::string>{});
+  EXPECT_EQ(none.at("warnings").size(), 1U);
+}
+
+TEST(LeftoversTest, NameWhatIsStillThereAndWhatNoModeTakesAway) {
+  mac::SimulatedMac mac = mac::SimulatedMac::scratch();
+  mac::installClient(mac);
+  const std::string library = mac::home + "/Library/";
+  const Lines traces{library + "Caches/com.wendle.DesktopClient",
+                     library + "Group Containers/TEAM.com.wendle.DesktopClient.shared",
+                     library + "Preferences/com.wendle.DesktopClient.WendleUninstaller.plist",
+                     library + "Saved Application State/com.wendle.DesktopClient.savedState",
+                     "/var/db/receipts/com.wendle.DesktopClient.bom",
+                     library + "Logs/Wendle"};
+  for (const std::string& trace : traces) {
+    if (!trace.ends_with("/Wendle")) mac.addFile(trace);
+  }
+  mac.addFile(library + "Caches/com.wendle.DesktopClientX");  // its name only resembles
+  EXPECT_EQ(runReport(mac, {"leftovers"}).outcome, "exit 1");
+  EXPECT_EQ(runUninstaller(mac, {"--full"}).outcome, "exit 0");
+  const RunResult seen = runReport(mac, {"leftovers", "--json"});
+  EXPECT_EQ(seen.outcome, "exit 0");
+  EXPECT_EQ(json::parse(seen.out).at("traces"), json(traces));
+}
+
+TEST(ReportTest, RefusesAQuestionThatMakesNoSense) {
+  mac::SimulatedMac mac = mac::SimulatedMac::scratch();
+  for (const Lines& question : {Lines{"preview"},
+                                {"preview", "--hrd"},
+                                {"preview", "--hard", "--soft"},
+                                {"preview", "--hard", "x"},
+                                {"preview", "--hard", "--json", "--needs-root"},
+                                {"leftovers", "--hard"},
+                                {"leftovers", "--since", "1"}}) {
+    const RunResult seen = runReport(mac, question);
+    EXPECT_EQ(seen.outcome + seen.out, "exit 2") << joined(question);
+    EXPECT_TRUE(seen.err.starts_with("wendle-uninstall-report: ") && std::ranges::count(seen.err, '\n') == 1);
+  }
+  mac.setFault({"mdfind", 1, mac::FaultKind::missing});
+  const RunResult seen = runReport(mac, {"preview", "--soft"});
+  EXPECT_EQ(seen.outcome + seen.out, "exit 2");
 }
 
 }  // namespace

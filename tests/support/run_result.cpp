@@ -112,8 +112,8 @@ RunResult runUninstaller(mac::SimulatedMac& mac, const Lines& arguments, const m
   return run(mac, uninstaller(), arguments, options);
 }
 
-RunResult runReport(mac::SimulatedMac& mac, const Lines& arguments) {
-  return run(mac, executable("wendle-uninstall-report"), arguments, {.startsProcesses = false});
+RunResult runReport(mac::SimulatedMac& mac, const Lines& arguments, const mac::SessionOptions& options) {
+  return run(mac, executable("wendle-uninstall-report"), arguments, options);
 }
 
 RunResult runProbe(mac::SimulatedMac& mac, const std::string& probe, const Lines& arguments) {

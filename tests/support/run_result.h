@@ -24,7 +24,8 @@ struct RunResult {
 
 [[nodiscard]] RunResult runUninstaller(mac::SimulatedMac& mac, const Lines& arguments,
                                        const mac::SessionOptions& options = {});
-[[nodiscard]] RunResult runReport(mac::SimulatedMac& mac, const Lines& arguments);
+[[nodiscard]] RunResult runReport(mac::SimulatedMac& mac, const Lines& arguments,
+                                  const mac::SessionOptions& options = {.startsProcesses = false});
 
 // Runs a program of the tests' own, which lies beside them.
 [[nodiscard]] RunResult runProbe(mac::SimulatedMac& mac, const std::string& probe, const Lines& arguments);
@@ -41,7 +42,8 @@ void expectItsListOnly(const mac::SimulatedMac& mac, const Lines& arguments, con
 [[nodiscard]] Lines logIn(const Lines& sequence);
 [[nodiscard]] Lines journalIn(const Lines& sequence);
 
-// Whether every run takes long, with sanitizers or on macOS's executable: tests of very many then take samples.
+// Whether every run takes long, with sanitizers or on macOS's executable: tests of very many then take
+// samples.
 [[nodiscard]] bool isSlow();
 
 }  // namespace wendle::test
