@@ -160,14 +160,14 @@ TEST(Meanwhile, WhatVanishesIsNoError) {
 // So many times somebody makes so many files in the item when it has been emptied; to remove one takes
 // `seconds`.
 struct Growth {
-  int times, files, seconds;
+  int times = 0, files = 0, seconds = 0;
   Status want;
-  int wantedPasses;
+  int wantedPasses = 0;
 };
 
 TEST(Meanwhile, WhatAppearsIsRemovedButNotForEver) {
   const Status notEmpty = posixError(ENOTEMPTY);
-  for (const auto& [times, files, seconds, want, wantedPasses] :
+  for (const auto& growth :
        {Growth{3, 1, 0, {}, 4}, {1000, 1, 0, notEmpty, 16}, {1, 9, 1, notEmpty, 2}, {1, 9, 0, {}, 2}}) {
     const TempDirectory temp;
     temp.file("item/inner/file");
@@ -175,15 +175,15 @@ TEST(Meanwhile, WhatAppearsIsRemovedButNotForEver) {
     stoppedClock = 0;
     syscallHook = [&](Syscall call, const std::string& item) {
       if (call != Syscall::unlink) return 0;
-      if (item != temp / "item") *stoppedClock += seconds;
-      if (item == temp / "item" && ++passes <= times)
-        for (int i = 0; i < files; ++i) temp.file("item/" + std::to_string(i));
+      if (item != temp / "item") *stoppedClock += growth.seconds;
+      if (item == temp / "item" && ++passes <= growth.times)
+        for (int i = 0; i < growth.files; ++i) temp.file("item/" + std::to_string(i));
       return 0;
     };
-    EXPECT_EQ(removeItem(temp / "item"), want);
+    EXPECT_EQ(removeItem(temp / "item"), growth.want);
     syscallHook = nullptr;
     stoppedClock.reset();
-    EXPECT_EQ(passes, wantedPasses);
+    EXPECT_EQ(passes, growth.wantedPasses);
   }
 }
 
