@@ -3,10 +3,11 @@
 #include <algorithm>
 #include <climits>
 
+#include "base/path.h"
 #include "base/text.h"
 #include "client/bundle_identifier.h"
 #include "client/item_deletion.h"
-#include "client/path_filters.h"
+#include "platform/case_folding.h"
 #include "platform/file_presence.h"
 #include "system/tasks/task_helpers.h"
 
@@ -39,6 +40,21 @@ std::string continuation(const std::string& path, std::string_view followingLine
     if (!directoryExists(item.substr(0, item.rfind('/')))) break;
   }
   return {};
+}
+
+// Whether `test` holds for `path` or a folder above it, the root folder aside.
+template <typename Test>
+bool holdsOnTheWayUp(std::string path, Test test) {
+  for (; !path.empty() && path != "/"; path = deletingLastPathComponent(path)) {
+    if (test(path)) return true;
+  }
+  return false;
+}
+
+bool isWrpNumber(const std::string& extension) {
+  const std::string number = extension.substr(std::string_view("wrp").size());
+  const auto value = parseDecimal(number);
+  return value && std::to_string(*value) == number;
 }
 
 // Why the copy at `path` is kept; empty when it is not. The last two look at the disk, so they come last.
@@ -89,12 +105,31 @@ std::vector<std::string> pathsInAnswer(std::string_view answer) {
 
 std::vector<std::string> findSpotlightPaths(const std::string& bundleIdentifier) {
   Task task = makePipedTask();
-  task.setExecutable("/usr/bin/mdfind");
-  task.setArguments({"kMDItemCFBundleIdentifier == " + bundleIdentifier});
-  task.launch();
-  task.waitUntilExit();
+  run(task, "/usr/bin/mdfind", {"kMDItemCFBundleIdentifier == " + bundleIdentifier});
   const std::string text = std::get<std::shared_ptr<Pipe>>(task.standardOutput())->readDataToEndOfFile();
   return isUtf8(text) ? pathsInAnswer(text) : std::vector<std::string>();
+}
+
+bool isInBackupDatabase(const FileUrl& item) {
+  if (!containsIgnoringCase(item.path(), ".backupdb")) return false;
+  const auto components = pathComponents(item.path());
+  return std::any_of(components.begin(), components.end(), [](const std::string& component) {
+    return lowercased(pathExtension(component)) == "backupdb";
+  });
+}
+
+bool isInSafetyNetFolder(const FileUrl& item) {
+  return holdsOnTheWayUp(
+      item.path(), [](const std::string& folder) { return directoryExists(folder + "/_CCC SafetyNet"); });
+}
+
+bool isInNumberedWrpFolder(const FileUrl& item) {
+  const std::string path = lowercased(item.path());
+  if (path.find(".wrp") == std::string::npos) return false;
+  return holdsOnTheWayUp(path, [](const std::string& folder) {
+    const std::string extension = pathExtension(folder);
+    return extension.starts_with("wrp") && directoryExists(folder) && isWrpNumber(extension);
+  });
 }
 
 std::vector<std::string> findAppBundles(const std::string& bundleIdentifier) {

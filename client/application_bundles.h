@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "client/removal_plan.h"
+#include "platform/file_url.h"
 
 namespace wendle {
 
@@ -19,8 +20,22 @@ namespace wendle {
 // and when the tool fails or its output is no UTF-8. Throws LaunchException when the tool cannot be started.
 [[nodiscard]] std::vector<std::string> findSpotlightPaths(const std::string& bundleIdentifier);
 
+// Tells copies of the client that somebody keeps on purpose. None of the tests follows or changes anything.
+
+// Whether the item lies in, or is, a folder whose name ends in ".backupdb", in any letter case.
+[[nodiscard]] bool isInBackupDatabase(const FileUrl& item);
+
+// Whether a directory "_CCC SafetyNet" lies in the item or in a folder above it; the root folder is not
+// looked at.
+[[nodiscard]] bool isInSafetyNetFolder(const FileUrl& item);
+
+// Whether the item lies in, or is, an existing directory whose name ends in ".wrp" and a number in plain
+// decimal text: x.wrp7 and x.wrp-2, not x.wrp07. The lowercased path is what must exist, so on a
+// case-sensitive volume a path with capitals is not found.
+[[nodiscard]] bool isInNumberedWrpFolder(const FileUrl& item);
+
 // Those that lie neither on another volume, in a build folder, in a backup, beside a safety net folder, nor
-// in a numbered folder (see path_filters.h).
+// in a numbered folder.
 [[nodiscard]] std::vector<std::string> findAppBundles(const std::string& bundleIdentifier);
 
 // Deletes every copy that findAppBundles() finds, application by application.

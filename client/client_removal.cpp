@@ -4,7 +4,7 @@
 #include "client/item_deletion.h"
 #include "logging/uninstaller_logger.h"
 #include "platform/file_presence.h"
-#include "platform/task.h"
+#include "system/tasks/task_helpers.h"
 
 namespace wendle {
 namespace {
@@ -20,12 +20,10 @@ std::vector<std::string> supportFolderPaths() {
 
 void removeWithTool(const std::string& path) {
   Task task;
-  task.setExecutable("/bin/rm");
-  task.setArguments({"-rf", path});
-  if (const auto error = task.launchAndReturnError()) {
-    return uninstallerLogger().log(LogLevel::failure, "Failed to remove " + path + ": " + describe(*error));
+  if (const Status status = runAndReturnError(task, "/bin/rm", {"-rf", path}); !status.ok()) {
+    return uninstallerLogger().log(LogLevel::failure,
+                                   "Failed to remove " + path + ": " + describe(status.error()));
   }
-  task.waitUntilExit();
   uninstallerLogger().log(LogLevel::progress, "Remove " + path + " - finished");
 }
 

@@ -9,14 +9,14 @@ namespace {
 
 NSString* const flagKey = @"isChangingPersistenceOfShortcutInDock";
 
-std::optional<wendle::FileUrl> fileUrlOf(NSURL* url) {
+std::optional<wendle::FileUrl> toFileUrl(NSURL* url) {
   NSString* path = url.path;
   if (path.length == 0) return std::nullopt;
   return wendle::FileUrl::fileUrlWithPath(wendle::toUtf8(path));
 }
 
 // The block outlives the call that it was given to.
-DockShortcutManager::Completion completionOf(void (^block)(BOOL)) {
+DockShortcutManager::Completion toCompletion(void (^block)(BOOL)) {
   if (block == nil) return {};
   void (^kept)(BOOL) = [block copy];
   return [kept](bool result) { kept(result ? YES : NO); };
@@ -50,7 +50,7 @@ DockShortcutManager::Completion completionOf(void (^block)(BOOL)) {
 }
 
 - (BOOL)getPersistenceOfShortcutInDockFolderURL:(NSURL*)folderURL {
-  return DockShortcutManager::getPersistenceOfShortcutInDockFolderURL(fileUrlOf(folderURL));
+  return DockShortcutManager::getPersistenceOfShortcutInDockFolderURL(toFileUrl(folderURL));
 }
 
 // What the change holds of this object keeps it alive until the flag has fallen.
@@ -59,7 +59,7 @@ DockShortcutManager::Completion completionOf(void (^block)(BOOL)) {
                                         completion:(void (^)(BOOL result))completion {
   using Change = DockShortcutManager::Change;
   DockShortcutManager::changePersistenceOfShortcutInDockFolderURL(
-      fileUrlOf(folderURL), add ? Change::add : Change::remove, completionOf(completion),
+      toFileUrl(folderURL), add ? Change::add : Change::remove, toCompletion(completion),
       [self](bool isChanging) { [self setIsChangingPersistenceOfShortcutInDock:isChanging ? YES : NO]; });
 }
 

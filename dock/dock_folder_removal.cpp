@@ -37,7 +37,7 @@ std::string deleteLine(std::int64_t index) {
          dockPreferencesPath();
 }
 
-std::int64_t indexOfPosition(std::int64_t position) {
+std::int64_t toIndex(std::int64_t position) {
   if (position == std::numeric_limits<std::int64_t>::min()) throw std::overflow_error("dock item location");
   return position - 1;
 }
@@ -104,7 +104,7 @@ void removeDockFolder() {
         LogLevel::failure, "Invalid dock item location: " + std::string(firstBytes(location, maxLoggedText)));
   }
   uninstallerLogger().log(LogLevel::progress, "Remove dock folder - removing dock item");
-  (void)runCommand(deleteLine(indexOfPosition(*position)));
+  (void)runCommand(deleteLine(toIndex(*position)));
   (void)runCommand("killall Dock");
 }
 

@@ -12,9 +12,8 @@ namespace wendle {
 // match, their positions run together into one number; and a position counts only the tiles that have a URL.
 //
 // Blocks until the tools it runs have ended, and up to 2 seconds while another program holds the lock on the
-// preferences folder.
-// Throws LaunchException when the shell cannot be started, std::runtime_error when its output is no UTF-8,
-// and std::overflow_error when the position is the least number there is.
+// preferences directory. Throws LaunchException when the shell cannot be started, std::runtime_error when its
+// output is no UTF-8, and std::overflow_error when the position is the least number there is.
 void removeDockFolder();
 
 // What it would do, with a warning where one of the limits shows. Blocks and throws likewise.

@@ -9,7 +9,7 @@
 #include "platform/bookmark.h"
 #include "platform/preferences.h"
 #include "platform/queues.h"
-#include "platform/task.h"
+#include "system/tasks/task_helpers.h"
 
 namespace wendle {
 namespace {
@@ -28,7 +28,7 @@ PropertyListArray dockTiles() {
   return array == nullptr ? PropertyListArray() : *array;
 }
 
-bool isTileOf(const PropertyList& tile, const std::optional<FileUrl>& folder) {
+bool isFolderTile(const PropertyList& tile, const std::optional<FileUrl>& folder) {
   const PropertyList* value = tile.find("tile-data");
   if (value != nullptr) value = value->find("file-data");
   if (value != nullptr) value = value->find("_CFURLString");
@@ -36,10 +36,10 @@ bool isTileOf(const PropertyList& tile, const std::optional<FileUrl>& folder) {
   return url != nullptr && folder && *url == folder->absoluteString();
 }
 
-PropertyListArray::const_iterator firstTileOf(const PropertyListArray& tiles,
-                                              const std::optional<FileUrl>& folder) {
+PropertyListArray::const_iterator findTile(const PropertyListArray& tiles,
+                                           const std::optional<FileUrl>& folder) {
   return std::find_if(tiles.begin(), tiles.end(),
-                      [&](const PropertyList& tile) { return isTileOf(tile, folder); });
+                      [&](const PropertyList& tile) { return isFolderTile(tile, folder); });
 }
 
 PropertyList integer(std::int32_t number) { return {std::int64_t{number}}; }
@@ -62,7 +62,7 @@ PropertyList makeTile(const std::optional<FileUrl>& folder) {
 void editTiles(const std::optional<FileUrl>& folder, DockShortcutManager::Change change) {
   UserDefaults dock(dockDomain);
   PropertyListArray tiles = dockTiles();
-  if (const auto found = firstTileOf(tiles, folder); found != tiles.end()) {
+  if (const auto found = findTile(tiles, folder); found != tiles.end()) {
     std::erase_if(tiles, [tile = *found](const PropertyList& other) { return isEqual(other, tile); });
   }
   if (change == DockShortcutManager::Change::add) tiles.insert(tiles.begin(), makeTile(folder));
@@ -79,10 +79,7 @@ void waitForWriting() {
 
 void restartDock() {
   Task task;
-  task.setExecutable("/usr/bin/killall");
-  task.setArguments({"Dock"});
-  task.launch();
-  task.waitUntilExit();
+  run(task, "/usr/bin/killall", {"Dock"});
 }
 
 }  // namespace
@@ -94,7 +91,7 @@ DockShortcutManager& DockShortcutManager::sharedInstance() {
 
 bool DockShortcutManager::getPersistenceOfShortcutInDockFolderURL(const std::optional<FileUrl>& folder) {
   const PropertyListArray tiles = dockTiles();
-  return firstTileOf(tiles, fileURLWithFixedTrailingSlash(folder)) != tiles.end();
+  return findTile(tiles, fileURLWithFixedTrailingSlash(folder)) != tiles.end();
 }
 
 void DockShortcutManager::changePersistenceOfShortcutInDockFolderURL(const std::optional<FileUrl>& folder,

@@ -7,7 +7,7 @@
 
 namespace wendle {
 
-// Of applications, as NSRunningApplication lists them. None running is fine, and nobody is told of a refusal.
+// Of applications, as NSRunningApplication lists them. None running is fine; a refusal is not reported.
 
 // Asks every running application with that identifier to quit, in the registry's order, and returns at once:
 // one may still run, or refuse.

@@ -11,15 +11,11 @@ namespace {
 
 constexpr std::array labels{"Wendle", "WendleAgent", "WendleTeamManagement"};
 
-std::optional<Error> runSecurity(const std::string& verb, const std::string& label,
-                                 const std::string& keychainPath,
-                                 const Stream& output = FileHandle{STDOUT_FILENO}) {
+Status runSecurity(const std::string& verb, const std::string& label, const std::string& keychainPath,
+                   const Stream& output = FileHandle{STDOUT_FILENO}) {
   Task task = makeConsoleTask();
   task.setStandardOutput(output);
-  task.setExecutable("/usr/bin/security");
-  task.setArguments({verb, "-l", label, keychainPath});
-  task.launch();
-  task.waitUntilExit();
+  run(task, "/usr/bin/security", {verb, "-l", label, keychainPath});
   return terminationError(task);
 }
 
@@ -27,15 +23,14 @@ std::optional<Error> runSecurity(const std::string& verb, const std::string& lab
 
 void deleteNeededKeychainItems() {
   uninstallerLogger().log(LogLevel::progress, "Delete needed keychain items - started");
-  for (const char* label : labels) {
-    deleteKeychainItems(label, clientLocations().loginKeychainPath);
-  }
+  for (const char* label : labels) deleteKeychainItems(label, clientLocations().loginKeychainPath);
   uninstallerLogger().log(LogLevel::progress, "Delete needed keychain items - finished");
 }
 
 void planKeychainItems(RemovalPlan& plan) {
   for (const char* label : labels) {
-    if (!runSecurity("find-generic-password", label, clientLocations().loginKeychainPath, NullStream{})) {
+    const std::string& keychainPath = clientLocations().loginKeychainPath;
+    if (runSecurity("find-generic-password", label, keychainPath, NullStream{}).ok()) {
       plan.add({"keychain item", label, "every generic password with this label in the login keychain"});
     }
   }
@@ -44,15 +39,14 @@ void planKeychainItems(RemovalPlan& plan) {
 void deleteKeychainItems(const std::string& label, const std::string& keychainPath) {
   const std::string message = "Delete Keychain Item - " + label + " - at " + keychainPath;
   while (keychainItemExists(label, keychainPath)) {
-    if (const auto error = runSecurity("delete-generic-password", label, keychainPath)) {
-      return uninstallerLogger().log(*error, message);
-    }
+    const Status status = runSecurity("delete-generic-password", label, keychainPath);
+    if (!status.ok()) return uninstallerLogger().log(status.error(), message);
     uninstallerLogger().log(LogLevel::progress, message + " - success");
   }
 }
 
 bool keychainItemExists(const std::string& label, const std::string& keychainPath) {
-  return !runSecurity("find-generic-password", label, keychainPath);
+  return runSecurity("find-generic-password", label, keychainPath).ok();
 }
 
 }  // namespace wendle

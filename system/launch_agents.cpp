@@ -15,10 +15,8 @@ void runLaunchctl(const std::vector<std::string>& arguments, const std::string& 
                   const std::string& failureText) {
   uninstallerLogger().log(LogLevel::progress, commandText + " - started");
   Task task = makeConsoleTask();
-  task.setExecutable("/bin/launchctl");
-  task.setArguments(arguments);
-  if (const auto error = task.launchAndReturnError()) return uninstallerLogger().log(*error, failureText);
-  task.waitUntilExit();
+  const Status status = runAndReturnError(task, "/bin/launchctl", arguments);
+  if (!status.ok()) return uninstallerLogger().log(status.error(), failureText);
   uninstallerLogger().log(LogLevel::progress, commandText + " - success");
 }
 
@@ -51,8 +49,8 @@ void unloadLaunchAgent(const std::string& path) {
 
 void removeLaunchAgent(const std::string& path) {
   const std::string commandText = "Run `launchctl remove " + path + "`";
-  runLaunchctl({"remove", path}, commandText,
-               commandText);  // no "Failed to" here: readers of the log know it so
+  const std::string& failureText = commandText;  // no "Failed to": kept for log compatibility
+  runLaunchctl({"remove", path}, commandText, failureText);
 }
 
 }  // namespace wendle

@@ -10,13 +10,8 @@ namespace {
 void runForItem(const std::string& executable, const std::vector<std::string>& arguments,
                 const std::string& done, const std::string& failed) {
   Task task = makeConsoleTask();
-  task.setExecutable(executable);
-  task.setArguments(arguments);
-  if (const auto error = task.launchAndReturnError()) {
-    return uninstallerLogger().log(LogLevel::progress, failed + ": " + describe(*error));
-  }
-  task.waitUntilExit();
-  uninstallerLogger().log(LogLevel::progress, done);
+  const Status status = runAndReturnError(task, executable, arguments);
+  uninstallerLogger().log(LogLevel::progress, status.ok() ? done : failed + ": " + describe(status.error()));
 }
 
 }  // namespace
@@ -25,10 +20,7 @@ void ignoreExtension(const std::string& identifier) {
   const std::string commandText = "Run `pluginkit -e ignore -i " + identifier + "`";
   uninstallerLogger().log(LogLevel::progress, commandText + " - started");
   Task task = makeConsoleTask();
-  task.setExecutable("/usr/bin/pluginkit");
-  task.setArguments({"-e", "ignore", "-i", identifier});
-  task.launch();
-  task.waitUntilExit();
+  run(task, "/usr/bin/pluginkit", {"-e", "ignore", "-i", identifier});
   uninstallerLogger().log(LogLevel::progress, commandText + " - success");
 }
 

@@ -10,7 +10,26 @@ constexpr size_t maxCommandOutput = 16 * 1024 * 1024;
 // One byte more than a limit tells whether the limit cuts a character in two.
 std::shared_ptr<Pipe> makePipe(size_t limit) { return std::make_shared<Pipe>(limit + 1); }
 
+void configure(Task& task, const std::string& executable, const std::vector<std::string>& arguments) {
+  task.setExecutable(executable);
+  task.setArguments(arguments);
+}
+
 }  // namespace
+
+Status runAndReturnError(Task& task, const std::string& executable,
+                         const std::vector<std::string>& arguments) {
+  configure(task, executable, arguments);
+  Status status = task.launchAndReturnError();
+  if (status.ok()) task.waitUntilExit();
+  return status;
+}
+
+void run(Task& task, const std::string& executable, const std::vector<std::string>& arguments) {
+  configure(task, executable, arguments);
+  task.launch();
+  task.waitUntilExit();
+}
 
 std::string runCommand(const std::string& command) {
   const auto output = makePipe(maxCommandOutput);
@@ -18,12 +37,11 @@ std::string runCommand(const std::string& command) {
   task.setSigpipe(Task::Sigpipe::terminates);
   task.setStandardOutput(output);
   task.setStandardError(output);
-  task.setArguments({"-c", command});
-  task.setExecutable("/bin/zsh");
+  configure(task, "/bin/zsh", {"-c", command});
   task.setStandardInput(NullStream{});
   task.launch();
   std::string text(firstBytes(output->readDataToEndOfFile(), maxCommandOutput));
-  task.waitUntilExit();  // only to leave no zombie; the status is nobody's business
+  task.waitUntilExit();  // to leave no zombie; the exit status is ignored
   if (!isUtf8(text)) throw std::runtime_error("the output of `" + command + "` is not UTF-8");
   return text;
 }
@@ -42,10 +60,10 @@ Task makePipedTask() {
   return task;
 }
 
-std::optional<Error> terminationError(const Task& task) {
-  if (task.terminationStatus() == 0) return std::nullopt;
+Status terminationError(const Task& task) {
+  if (task.terminationStatus() == 0) return {};
   const auto* pipe = std::get_if<std::shared_ptr<Pipe>>(&task.standardError());
-  if (pipe == nullptr) return std::nullopt;
+  if (pipe == nullptr) return {};
   const std::string output = (*pipe)->readDataToEndOfFile();
   const std::string_view text = firstBytes(output, maxLoggedText);
   return Error{std::string(statusErrorDomain), task.terminationStatus(),

@@ -1,15 +1,23 @@
 #pragma once
 
-#include <optional>
 #include <string>
+#include <vector>
 
-#include "platform/task.h"
+#include "platform/subprocess.h"
 
 namespace wendle {
 
 // How this program runs the system's tools. Nothing here logs.
 
 inline constexpr size_t maxLoggedText = 64 * 1024;  // bytes of a tool's text that go into the log
+
+// Sets what `task` runs, starts it and waits until it has exited; its exit status is ignored. Returns the
+// error of a program that cannot be started.
+Status runAndReturnError(Task& task, const std::string& executable,
+                         const std::vector<std::string>& arguments);
+
+// The same for where such an error has no place in the log: throws LaunchException.
+void run(Task& task, const std::string& executable, const std::vector<std::string>& arguments);
 
 // Runs one command line through /bin/zsh with no input and returns everything it wrote on standard output and
 // standard error, as it came, untrimmed; beyond 16 MiB it is thrown away. Blocks until the last holder of its
@@ -28,8 +36,8 @@ inline constexpr size_t maxLoggedText = 64 * 1024;  // bytes of a tool's text th
 
 // What a finished task failed with: domain `NSOSStatusErrorDomain`, its exit status as the code, its trimmed
 // error output as the description ("No description" when that is no UTF-8), at most maxLoggedText bytes of
-// it. None for status 0, and when its
-// error output was not on a pipe. Reads that pipe, so it can be asked once.
-[[nodiscard]] std::optional<Error> terminationError(const Task& task);
+// it. Success for status 0, and when its error output was not on a pipe. Reads that pipe, so it can be asked
+// once.
+[[nodiscard]] Status terminationError(const Task& task);
 
 }  // namespace wendle

@@ -1,7 +1,6 @@
 #include "base/path.h"
 #include "base/text.h"
 #include "client/application_bundles.h"
-#include "client/path_filters.h"
 #include "platform/case_folding.h"
 #include "property.h"
 

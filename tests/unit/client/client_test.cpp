@@ -1,6 +1,5 @@
 #include "client/application_bundles.h"
 #include "client/bundle_identifier.h"
-#include "client/path_filters.h"
 #include "platform/case_folding.h"
 #include "support/each.h"
 #include "support/temp_directory.h"

@@ -1,5 +1,3 @@
-#include "platform/task.h"
-
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/ioctl.h>
@@ -10,6 +8,7 @@
 #include <csignal>
 
 #include "platform/process_environment.h"
+#include "platform/subprocess.h"
 #include "support/processes.h"
 #include "support/temp_directory.h"
 
@@ -79,7 +78,7 @@ TEST(Task, CannotBeLaunchedWithoutDescriptorsForItsPipes) {
       const rlimit limit{used + unused, used + 6};
       ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &limit), 0);
       Task task = childTask({"report"});
-      EXPECT_EQ(task.launchAndReturnError(), posixError(EMFILE)) << unused;
+      EXPECT_EQ(task.launchAndReturnError(), Status(posixError(EMFILE))) << unused;
       EXPECT_THROW(task.launch(), LaunchException);
     }
     EXPECT_EQ(outputOf(enough), usualReport);
@@ -92,7 +91,7 @@ TEST(Task, SaysWhyItCannotBeLaunched) {
        {std::pair{temp / "missing", ENOENT}, std::pair{temp.file("text"), EACCES}}) {
     Task task = childTask({});
     task.setExecutable(path);
-    EXPECT_EQ(task.launchAndReturnError(), posixError(want));
+    EXPECT_EQ(task.launchAndReturnError(), Status(posixError(want)));
     EXPECT_THROW(task.launch(), LaunchException);
   }
 }

@@ -2,7 +2,7 @@
 
 #include <functional>
 
-#include "platform/task.h"
+#include "platform/subprocess.h"
 
 namespace wendle {
 

@@ -1,20 +1,31 @@
-#include "platform/task.h"
+#include "platform/subprocess.h"
 
 #include <fcntl.h>
 #include <poll.h>
 #include <sys/wait.h>
 
+#include <algorithm>
+#include <array>
 #include <csignal>
 #include <map>
 #include <mutex>
 
-#include "base/unique_fd.h"
 #include "platform/posix/spawn_attributes.h"
 
 extern char** environ;  // NOLINT(readability-redundant-declaration): no header of macOS declares it
 
 namespace wendle {
 namespace {
+
+constexpr int firstOrdinaryFd = 3;
+constexpr size_t maxPipeCapacity = 1024 * 1024;  // pipe(7): more needs privileges; other systems hold less
+
+// Not open, and errno says why, when there is no descriptor left.
+UniqueFd closedOnExecAboveStandardStreams(UniqueFd fd) {
+  if (fd.get() < firstOrdinaryFd) return UniqueFd(::fcntl(fd.get(), F_DUPFD_CLOEXEC, firstOrdinaryFd));
+  ::fcntl(fd.get(), F_SETFD, FD_CLOEXEC);
+  return fd;
+}
 
 // The end of the output pipes tells that a tool has exited. This tick is for the rare one whose grandchild
 // keeps a pipe open: how late its exit may be noticed, in milliseconds.
@@ -80,27 +91,69 @@ struct AddStream {
   void duplicate(int source) const { ::posix_spawn_file_actions_adddup2(&actions, source, target); }
 };
 
-std::vector<char*> pointers(std::vector<std::string>& texts) {
+std::vector<char*> toPointers(std::vector<std::string>& texts) {
   std::vector<char*> result;
   for (std::string& text : texts) result.push_back(text.data());
   result.push_back(nullptr);
   return result;
 }
 
-Pipe* pipeOf(const Stream& stream) {
+Pipe* toPipe(const Stream& stream) {
   const auto* pipe = std::get_if<std::shared_ptr<Pipe>>(&stream);
   return pipe == nullptr ? nullptr : pipe->get();
 }
 
 }  // namespace
 
+Pipe::Pipe(size_t maxKept) : maxKept_(maxKept), status_(makeEnds()) {}
+
+Status Pipe::makeEnds() {
+  std::array<int, 2> ends{};
+  if (::pipe(ends.data()) != 0) return posixError(errno);
+  UniqueFd reading(ends[0]);
+  UniqueFd writing(ends[1]);
+  readEnd_ = closedOnExecAboveStandardStreams(std::move(reading));
+  if (!readEnd_.isOpen()) return posixError(errno);
+  writeEnd_ = closedOnExecAboveStandardStreams(std::move(writing));
+  if (!writeEnd_.isOpen()) return posixError(errno);
+  return {};
+}
+
+std::string Pipe::readDataToEndOfFile() {
+  while (readOnce() > 0) continue;
+  return std::exchange(data_, {});
+}
+
+void Pipe::readAvailable() {
+  pollfd readable{readEnd_.get(), POLLIN, 0};
+  size_t count = 0;  // limited, since a writer that never pauses must not hold us here
+  while (readEnd_.isOpen() && count < maxPipeCapacity &&
+         retryOnInterrupt([&] { return ::poll(&readable, 1, 0); }) == 1) {
+    count += readOnce();
+  }
+}
+
+size_t Pipe::readOnce() {
+  if (!readEnd_.isOpen()) return 0;
+  std::array<char, 64 * 1024> buffer;  // NOLINT(*-member-init): read(2) fills what is used of it
+  const ssize_t result =
+      retryOnInterrupt([&] { return ::read(readEnd_.get(), buffer.data(), buffer.size()); });
+  if (result <= 0) {
+    readEnd_.reset();
+    return 0;
+  }
+  const auto count = static_cast<size_t>(result);
+  data_.append(buffer.data(), std::min(count, maxKept_ - data_.size()));
+  return count;
+}
+
 LaunchException::LaunchException(const std::string& executable, const Error& cause)
     : std::runtime_error("launch path not accessible: " + executable + ": " + describe(cause)) {}
 
-std::optional<Error> Task::launchAndReturnError() {
+Status Task::launchAndReturnError() {
   for (const Stream* stream : {&input_, &output_, &error_}) {
-    const Pipe* pipe = pipeOf(*stream);
-    if (pipe != nullptr && !pipe->status().ok()) return pipe->status().error();
+    const Pipe* pipe = toPipe(*stream);
+    if (pipe != nullptr && !pipe->status().ok()) return pipe->status();
   }
   std::vector<int> ignored{SIGTTIN, SIGTTOU};
   if (sigpipe_ == Sigpipe::ignored) ignored.push_back(SIGPIPE);
@@ -117,28 +170,29 @@ std::optional<Error> Task::launchAndReturnError() {
   argv.insert(argv.end(), arguments_.begin(), arguments_.end());
   const int failure = [&] {
     const IgnoredSignals inChildToo(ignored);
-    return ::posix_spawn(&pid_, executable_.c_str(), &spawn.actions, &spawn.attributes, pointers(argv).data(),
-                         environ);
+    return ::posix_spawn(&pid_, executable_.c_str(), &spawn.actions, &spawn.attributes,
+                         toPointers(argv).data(), environ);
   }();
   closeChildEnds();
   if (failure != 0) return posixError(failure);
-  return std::nullopt;
+  return {};
 }
 
 void Task::launch() {
-  if (const auto error = launchAndReturnError()) throw LaunchException(executable_, *error);
+  if (const Status status = launchAndReturnError(); !status.ok())
+    throw LaunchException(executable_, status.error());
 }
 
 // From here on end of file comes as soon as the child and its heirs are done.
 void Task::closeChildEnds() {
-  if (Pipe* pipe = pipeOf(input_)) pipe->closeReading();
+  if (Pipe* pipe = toPipe(input_)) pipe->closeReading();
   for (Pipe* pipe : outputPipes()) pipe->closeWriting();
 }
 
 std::vector<Pipe*> Task::outputPipes() const {
   std::vector<Pipe*> pipes;
   for (const Stream* stream : {&output_, &error_}) {
-    Pipe* pipe = pipeOf(*stream);
+    Pipe* pipe = toPipe(*stream);
     if (pipe != nullptr && (pipes.empty() || pipes.front() != pipe)) pipes.push_back(pipe);
   }
   return pipes;
@@ -163,7 +217,7 @@ bool Task::readOutput() const {
 }
 
 void Task::waitUntilExit() {
-  if (Pipe* pipe = pipeOf(input_)) pipe->closeWriting();
+  if (Pipe* pipe = toPipe(input_)) pipe->closeWriting();
   while (readOutput() && !reap(Blocking::no)) continue;
   reap(Blocking::yes);
   for (Pipe* pipe : outputPipes()) {
