@@ -27,7 +27,7 @@ constexpr int noReport = 2;
 
 int complain(const std::string& sentence) {
   const std::string line = "wendle-uninstall-report: " + escapedText(sentence) + ".\n";
-  std::fputs(line.c_str(), stderr);
+  std::fwrite(line.data(), 1, line.size(), stderr);
   return noReport;
 }
 

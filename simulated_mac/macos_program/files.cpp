@@ -202,6 +202,7 @@ Imports fileImports() {
       provide("_unlinkat", unlinkAt),
       provide("_mkdir", WithErrno<::mkdir>::call),
       provide("_mkdirat", makeDirectoryAt),
+      provide("_umask", ::umask),
       provide("_fchmod", WithErrno<::fchmod>::call),
       provide("_close", WithErrno<::close>::call),
       provide("_dup", WithErrno<::dup>::call),

@@ -1,6 +1,7 @@
 // Starting processes, waiting for them, and signals. Flags are those of macOS's <sys/spawn.h> and
 // <sys/wait.h>, what they do is in posix_spawnattr_setflags(3); signal sets have a bit for each signal,
 // from 1.
+#include <pwd.h>
 #include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -198,6 +199,7 @@ Imports processImports() {
       provide("_setpgid", WithErrno<::setpgid>::call),
       provide("_getpid", ::getpid),
       provide("_geteuid", ::geteuid),
+      provide("_getpwuid", ::getpwuid),  // the name, all that is read of it, comes first on both systems
   };
   return imports;
 }
