@@ -12,7 +12,7 @@ constexpr const char* table =
     ;
 
 // The columns of a line of the table; none of a comment.
-Strings columnsOf(std::string line) {
+Strings splitColumns(std::string line) {
   Strings columns;
   while (!line.empty() && line[0] != '#') {
     columns.push_back(line.substr(0, line.find("  ")));
@@ -45,7 +45,7 @@ std::vector<Item> readTable() {
   std::vector<Item> items;
   for (std::string line : split(table, '\n')) {
     line = replaced(replaced(line, '~', home), '@', "com.wendle.DesktopClient");
-    const Strings columns = columnsOf(line);
+    const Strings columns = splitColumns(line);
     if (columns.size() != 5) continue;
     Item item{columns[0], columns[2], columns[3], columns[4], "", noMode};
     for (std::size_t i = 0; i < 4; ++i) item.removedBy |= columns[1][i] == '-' ? 0U : 1U << i;
@@ -56,7 +56,7 @@ std::vector<Item> readTable() {
 
 }  // namespace
 
-Mode modeOf(const std::vector<std::string>& arguments) {
+Mode selectedMode(const std::vector<std::string>& arguments) {
   const std::map<std::string, Mode> switches = {
       {"--updates", updatesMode}, {"--soft", softMode}, {"--hard", hardMode}, {"--full", fullMode}};
   for (const std::string& argument : arguments) {
@@ -66,11 +66,11 @@ Mode modeOf(const std::vector<std::string>& arguments) {
 }
 
 std::string Item::snapshotPath() const {
-  static const Texts lists = {{"keychain item", keychainFile},
-                              {"privacy approval", approvalsFile},
-                              {"plug-in election", electionsFile},
-                              {"Dock tile", dockFile},
-                              {"loaded job", jobsFile}};
+  static const Record lists = {{"keychain item", keychainFile},
+                               {"privacy approval", approvalsFile},
+                               {"plug-in election", electionsFile},
+                               {"Dock tile", dockFile},
+                               {"loaded job", jobsFile}};
   if (!lists.contains(kind)) return place.starts_with("/") ? place : kind + " " + place;
   return lists.at(kind) + ": " + place + (kind == "keychain item" ? ", " + detail : "");
 }
@@ -86,7 +86,7 @@ void installItems(SimulatedMac& mac, const std::vector<Item>& items) {
   for (const auto& [kind, place, detail, why, family, removedBy] : items) {
     if (kind == "bundle") mac.addBundle(place, detail);
     if (kind == "file") mac.addFile(place, "content of " + place);
-    if (kind == "folder") mac.addFolder(place);
+    if (kind == "folder") mac.addDirectory(place);
     if (kind == "link") mac.addLink(place, detail);
     if (kind == "preferences") mac.addPropertyList(place, "<dict><key>first run</key><false/></dict>", true);
     if (kind == "launch agent") mac.addLaunchAgent(fs::path(place).stem());

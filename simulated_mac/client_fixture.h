@@ -8,7 +8,7 @@ namespace wendle::mac {
 enum Mode : unsigned { noMode = 0, updatesMode = 1, softMode = 2, hardMode = 4, fullMode = 8 };
 
 // The mode that a command line selects: its first recognised switch.
-[[nodiscard]] Mode modeOf(const std::vector<std::string>& arguments);
+[[nodiscard]] Mode selectedMode(const std::vector<std::string>& arguments);
 
 // One line of the table in client_items.inc. It covers all below its place, except what another item covers.
 struct Item {

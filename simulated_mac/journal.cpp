@@ -1,4 +1,4 @@
-// The journal is a folder: a file N holds the N-th run's tool and arguments, N.logged how far the log was,
+// The journal is a directory: a file N holds the N-th run's tool and arguments, N.logged how far the log was,
 // and N.end the outcome.
 #include <sys/wait.h>
 #include <unistd.h>
@@ -14,7 +14,7 @@ RunNumber beginRun(const fs::path& journal, const ToolRun& run) {
   const fs::path draft = journal / ("draft" + std::to_string(::getpid()));
   Strings words = run.arguments;
   words.insert(words.begin(), run.tool);
-  writeFile(draft, joined(words));
+  writeFile(draft, nulTerminated(words));
   RunNumber number;
   std::error_code error;
   // A link is made whole or not at all, and only one of several tools gets the number.
@@ -56,7 +56,7 @@ void writeFaults(const fs::path& file, const std::vector<Fault>& faults) {
   writeFile(file, text.str());
 }
 
-std::vector<Fault> faultsOf(const fs::path& file, const std::string& tool, int run) {
+std::vector<Fault> readFaults(const fs::path& file, const std::string& tool, int run) {
   std::vector<Fault> faults;
   std::istringstream text(readFile(file));
   Fault fault;

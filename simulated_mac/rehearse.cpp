@@ -2,6 +2,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <csignal>
 #include <cstdlib>
 #include <iostream>
 #include <stdexcept>
@@ -58,10 +59,12 @@ Command parsed(Strings words) {
   const bool isFree = word != words.end() && *word == "--";
   command.arguments.assign(isFree ? word + 1 : word, words.end());
   command.wantsHelp = !isFree && command.arguments == Strings{"--help"};
-  const bool isMode = command.arguments.size() == 1 && modeOf(command.arguments) != noMode;
+  const bool isMode = command.arguments.size() == 1 && selectedMode(command.arguments) != noMode;
   if (isMode || command.wantsHelp || (isFree && !command.wantsPreview)) return command;
-  throw std::runtime_error(
-      "Say --soft, --hard, --updates or --full, or -- and any arguments; --help tells more.");
+  std::string asked;
+  for (const std::string& argument : command.arguments) asked += (asked.empty() ? "" : " ") + argument;
+  throw std::runtime_error((asked.empty() ? "A mode is missing" : "'" + asked + "' is no mode") +
+                           "; there are --soft, --hard, --updates and --full. --help tells more.");
 }
 
 // Colour, if someone looks.
@@ -99,7 +102,7 @@ std::string commandLine(std::string line, const Strings& arguments) {
 }
 
 // What an item is to a person; the members of a family are all called by the family's name.
-std::string labelOf(const Item& item) {
+std::string label(const Item& item) {
   const std::string& name = item.family.empty() ? item.place : item.family;
   if (name.starts_with(home)) return std::string("~").append(name, home.size());
   if (name.starts_with("/")) return name;
@@ -107,11 +110,11 @@ std::string labelOf(const Item& item) {
 }
 
 // The members of a family stand in one row with their count.
-Rows rowsOf(const std::vector<const Item*>& items, std::string (*leftColumn)(const Item&)) {
+Rows toRows(const std::vector<const Item*>& items, std::string (*leftColumn)(const Item&)) {
   Rows rows;
   std::map<Rows::value_type, int> counts;
   for (const Item* item : items) {
-    const auto row = std::pair(leftColumn(*item), labelOf(*item));
+    const auto row = std::pair(leftColumn(*item), label(*item));
     if (++counts[row] == 1) rows.push_back(row);
   }
   for (auto& row : rows) {
@@ -126,7 +129,7 @@ std::string verbFor(const Item& item) {
 }
 
 // What an administrator would be told of the run.
-std::string verdictOfLog(const Strings& lines) {
+std::string logVerdict(const Strings& lines) {
   std::string text;
   for (const std::string& line : lines) text += line + "\n";
   const auto log = parseLog(text);
@@ -145,12 +148,6 @@ int conclude(const Verdict& verdict, const SessionResult& result, Mode mode) {
                          : " outside the mode's list was touched.";
   std::cout << '\n' << styled(isGood ? "32" : "31", text) << '\n';
   return isGood ? 0 : 1;
-}
-
-// `status`, unless nobody could read what led to it.
-int printed(int status) {
-  if (!std::cout.flush()) throw std::runtime_error("The standard output cannot be written.");
-  return status;
 }
 
 void printPreview(SimulatedMac& mac, const Command& command) {
@@ -177,20 +174,16 @@ int rehearse(SimulatedMac& mac, const Command& command) {
                                                        : "  (the Linux executable)\n");
   printRows("Tools", tools);
   printLines("Log", result.log);
-  printRows("Done", rowsOf(verdict.taken, verbFor));
-  printRows("Kept", rowsOf(verdict.kept, [](const Item& item) { return item.why; }));
+  printLines("Error output", split(result.err, '\n'));
+  printRows("Done", toRows(verdict.taken, verbFor));
+  printRows("Kept", toRows(verdict.kept, [](const Item& item) { return item.why; }));
   printLines("Left behind", verdict.leftBehind);
   printLines("Touched without being on the list", verdict.outside);
-  printLines("The log's verdict", {verdictOfLog(result.log)});
-  return printed(conclude(verdict, result, modeOf(command.arguments)));
+  printLines("The log's verdict", {logVerdict(result.log)});
+  return conclude(verdict, result, selectedMode(command.arguments));
 }
 
-int rehearseOrExplain(const Strings& words) try {
-  const Command command = parsed(words);
-  if (command.wantsHelp) {
-    std::cout << usage;
-    return printed(0);
-  }
+int rehearse(const Command& command) {
   if (fs::is_directory(command.uninstaller) || ::access(command.uninstaller.c_str(), X_OK) != 0) {
     throw std::runtime_error("There is no executable " + command.uninstaller.string() + ".");
   }
@@ -198,16 +191,37 @@ int rehearseOrExplain(const Strings& words) try {
     SimulatedMac mac = SimulatedMac::scratch();
     return rehearse(mac, command);
   }
-  (void)SimulatedMac::scratch().run("/bin/true",
-                                    {});  // throws before anything lies in the folder that is kept
+  // Throws before anything lies in the directory that is kept.
+  (void)SimulatedMac::scratch().run("/bin/true", {});
   SimulatedMac mac = SimulatedMac::in(command.keep);
   return rehearse(mac, command);
+}
+
+volatile std::sig_atomic_t isInterrupted = 0;
+
+// The signal ends the session, not this program, which then still removes its Mac.
+void endSessionAt(int number) {
+  struct sigaction action {};
+  action.sa_handler = [](int) { isInterrupted = 1; };
+  ::sigaction(number, &action, nullptr);
+}
+
+int rehearseOrExplain(const Strings& words) try {
+  const Command command = parsed(words);
+  if (command.wantsHelp) std::cout << usage;
+  const int status = command.wantsHelp ? 0 : rehearse(command);
+  if (!std::cout.flush()) throw std::runtime_error("The standard output cannot be written.");
+  return status;
 } catch (const std::exception& error) {
-  std::cerr << "rehearse: " << error.what() << '\n';
+  std::cerr << "rehearse: " << (isInterrupted != 0 ? "interrupted." : error.what()) << '\n';
   return 2;
 }
 
 }  // namespace
 }  // namespace wendle::mac
 
-int main(int argc, char** argv) { return wendle::mac::rehearseOrExplain({argv + 1, argv + argc}); }
+int main(int argc, char** argv) {
+  std::signal(SIGPIPE, SIG_IGN);  // NOLINT(performance-no-int-to-ptr)
+  for (const int number : {SIGINT, SIGTERM, SIGHUP}) wendle::mac::endSessionAt(number);
+  return wendle::mac::rehearseOrExplain({argv + 1, argv + argc});
+}

@@ -1,9 +1,11 @@
 // A session seen from the host.
 #include <spawn.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <cerrno>
+#include <csignal>
 #include <cstdlib>
 #include <stdexcept>
 
@@ -12,9 +14,10 @@
 namespace wendle::mac {
 namespace {
 
-// Runs bubblewrap and leaves what it and the session write in files of `folder`. Returns its exit status.
-int runSandbox(const Strings& arguments, const fs::path& folder) {
-  Strings command = {"/bin/sh", "-c", R"(exec bwrap "$@" </dev/null >"$0/result" 2>"$0/errors")", folder};
+// Runs bubblewrap and leaves what it and the session write in files of `directory`. Returns its exit status.
+// A signal that this program handles ends the session.
+int runSandbox(const Strings& arguments, const fs::path& directory) {
+  Strings command = {"/bin/sh", "-c", R"(exec bwrap "$@" </dev/null >"$0/result" 2>"$0/errors")", directory};
   append(command, arguments);
   std::vector<char*> argv;
   for (std::string& word : command) argv.push_back(word.data());
@@ -22,13 +25,14 @@ int runSandbox(const Strings& arguments, const fs::path& folder) {
   pid_t pid = 0;
   int status = -1;
   if (::posix_spawn(&pid, argv[0], nullptr, nullptr, argv.data(), environ) != 0) return -1;
-  while (::waitpid(pid, &status, 0) < 0 && errno == EINTR) continue;
+  while (::waitpid(pid, &status, 0) < 0 && errno == EINTR) ::kill(pid, SIGKILL);
   return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
 }
 
 // The command line that turns a shell of the session into the program, as the options want it.
 Strings programCommand(const SessionOptions& options) {
-  std::string script = "ulimit -c 0; cd \"$0\" && exec </dev/null >/.simulation/out 2>/.simulation/err";
+  std::string script =
+      "ulimit -c 0; cd \"$0\" && exec <>" + inputFile + " >/.simulation/out 2>/.simulation/err";
   if (options.descriptorLimit) script += " && ulimit -n " + std::to_string(*options.descriptorLimit);
   if (options.closesStandardStreams) script += " && exec <&- >&- 2>&-";
   script += " && exec /host/usr/bin/env -i \"$@\"";
@@ -57,9 +61,10 @@ Strings commandInSession(const fs::path& program) {
 
 SessionResult SimulatedMac::run(const fs::path& program, const Strings& arguments,
                                 const SessionOptions& options) {
-  fs::remove_all(at(journalFolder));
-  addFolder(journalFolder);
+  fs::remove_all(at(journalDirectory));
+  addDirectory(journalDirectory);
   writeFaults(at(faultsFile), faults_);
+  ::mkfifo(at(inputFile).c_str(), S_IRUSR | S_IWUSR);
   installTools();
   // The user of the Mac holds no privilege, even if the host's does: file permissions count there.
   Strings command = split("--unshare-all --unshare-user --die-with-parent --as-pid-1", ' ');
@@ -90,7 +95,7 @@ SessionResult SimulatedMac::run(const fs::path& program, const Strings& argument
   result.processes.erase(result.processes.begin());
   result.out = read("/.simulation/out");
   result.err = read("/.simulation/err");
-  result.journal = readJournal(at(journalFolder));
+  result.journal = readJournal(at(journalDirectory));
   std::string log;
   for (const auto& [path, entry] : snapshot()) {
     const bool isLog = path.starts_with(home + "/Library/Logs/Wendle/");

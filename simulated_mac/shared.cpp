@@ -12,7 +12,7 @@ namespace {
 
 // `write` is plist_to_xml or plist_to_bin.
 template <typename Write>
-std::string dataOf(plist_t node, Write write) {
+std::string serialized(plist_t node, Write write) {
   char* data = nullptr;
   std::uint32_t length = 0;
   write(node, &data, &length);
@@ -33,7 +33,7 @@ void writeFile(const fs::path& path, std::string_view content) {
   if (!file) throw fs::filesystem_error("No file", path, std::make_error_code(std::errc::io_error));
 }
 
-std::string joined(const Strings& words) {
+std::string nulTerminated(const Strings& words) {
   std::string text;
   for (const std::string& word : words) text.append(word).push_back('\0');
   return text;
@@ -68,7 +68,7 @@ Plist parsePlist(const std::string& data) {
   return Plist(node);
 }
 
-Plist plistOf(const Texts& texts) {
+Plist toPlist(const Record& texts) {
   Plist dictionary(plist_new_dict());
   for (const auto& [key, text] : texts) {
     plist_dict_set_item(dictionary.get(), key.c_str(), plist_new_string(text.c_str()));
@@ -78,39 +78,39 @@ Plist plistOf(const Texts& texts) {
 
 void writePlist(const fs::path& file, plist_t node) {
   const bool isBinary = readFile(file).starts_with("bplist");
-  writeFile(file, isBinary ? dataOf(node, plist_to_bin) : xmlOf(node));
+  writeFile(file, isBinary ? serialized(node, plist_to_bin) : toXml(node));
 }
 
-std::string xmlOf(plist_t node) { return dataOf(node, plist_to_xml); }
+std::string toXml(plist_t node) { return serialized(node, plist_to_xml); }
 
-std::string textOf(plist_t node) {
+std::string toText(plist_t node) {
   const bool isText = node != nullptr && plist_get_node_type(node) == PLIST_STRING;
   return isText ? plist_get_string_ptr(node, nullptr) : "";
 }
 
-std::string textOf(plist_t dictionary, const char* key) {
-  return textOf(plist_dict_get_item(dictionary, key));
+std::string toText(plist_t dictionary, const char* key) {
+  return toText(plist_dict_get_item(dictionary, key));
 }
 
-std::vector<std::pair<std::string, plist_t>> childrenOf(plist_t node) {
-  std::vector<std::pair<std::string, plist_t>> children;
-  if (node == nullptr) return children;
+std::vector<std::pair<std::string, plist_t>> children(plist_t node) {
+  std::vector<std::pair<std::string, plist_t>> found;
+  if (node == nullptr) return found;
   const bool isArray = plist_get_node_type(node) == PLIST_ARRAY;
   for (std::uint32_t i = 0; isArray && i < plist_array_get_size(node); ++i) {
-    children.emplace_back(std::to_string(i), plist_array_get_item(node, i));
+    found.emplace_back(std::to_string(i), plist_array_get_item(node, i));
   }
-  if (plist_get_node_type(node) != PLIST_DICT) return children;
+  if (plist_get_node_type(node) != PLIST_DICT) return found;
   plist_dict_iter iterator = nullptr;
   plist_dict_new_iter(node, &iterator);
   char* key = nullptr;
   plist_t value = nullptr;
   while (plist_dict_next_item(node, iterator, &key, &value), value != nullptr) {
-    children.emplace_back(key, value);
+    found.emplace_back(key, value);
     std::free(key);
   }
   std::free(iterator);
-  std::sort(children.begin(), children.end());
-  return children;
+  std::sort(found.begin(), found.end());
+  return found;
 }
 
 void removeChild(plist_t parent, const std::string& name) {
@@ -126,13 +126,13 @@ void addEntry(const fs::path& file, Plist entry, const char* key) {
   writePlist(file, list.get());
 }
 
-std::optional<Texts> findEntry(const fs::path& file, const char* key, const std::string& text, Find mode) {
+std::optional<Record> findEntry(const fs::path& file, const char* key, const std::string& text, Find mode) {
   const Plist list = parsePlist(readFile(file));
   plist_t entries = list ? plist_dict_get_item(list.get(), "entries") : nullptr;
-  for (const auto& [index, entry] : childrenOf(entries)) {
-    if (textOf(entry, key) != text) continue;
-    Texts texts;
-    for (const auto& [name, value] : childrenOf(entry)) texts[name] = textOf(value);
+  for (const auto& [index, entry] : children(entries)) {
+    if (toText(entry, key) != text) continue;
+    Record texts;
+    for (const auto& [name, value] : children(entry)) texts[name] = toText(value);
     if (mode == Find::andTake) {
       removeChild(entries, index);
       writePlist(file, list.get());

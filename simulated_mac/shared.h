@@ -11,13 +11,14 @@ namespace wendle::mac {
 
 namespace fs = std::filesystem;
 using Strings = std::vector<std::string>;
-using Texts = std::map<std::string, std::string>;
+using Record = std::map<std::string, std::string>;
 
 // What a real Mac does not have.
-inline const std::string journalFolder = "/.simulation/journal";
+inline const std::string journalDirectory = "/.simulation/journal";
 inline const std::string faultsFile = "/.simulation/faults";
 inline const std::string sessionProgram = "/.simulation/session";
-inline const std::string realToolsFolder = "/.simulation/real";
+inline const std::string inputFile = "/.simulation/in";  // like a terminal, a stream without an end
+inline const std::string realToolsDirectory = "/.simulation/real";
 inline const std::string lockFile = "/.simulation/lock";
 inline const std::string consoleUserFile = "/.simulation/console";  // "NAME ID" or nothing; pat without it
 
@@ -35,12 +36,12 @@ inline const std::string dockFile = home + "/Library/Preferences/com.apple.dock.
 void writeFile(const fs::path& path, std::string_view content);
 
 // Each word with a NUL after it, so that any bytes survive.
-[[nodiscard]] std::string joined(const Strings& words);
+[[nodiscard]] std::string nulTerminated(const Strings& words);
 void append(Strings& words, const Strings& more);
 [[nodiscard]] Strings split(std::string_view text, char end = '\0');
 
-// Visits all that lies in the Mac whose root folder is `root`, with its path there, links as themselves; what
-// holds the host's system is left out.
+// Visits all that lies in the Mac whose root directory is `root`, with its path there, links as themselves;
+// what holds the host's system is left out.
 void walk(const fs::path& root,
           const std::function<void(const fs::directory_entry&, const std::string&)>& visit);
 
@@ -50,22 +51,22 @@ struct FreePlist {
 using Plist = std::unique_ptr<void, FreePlist>;
 
 [[nodiscard]] Plist parsePlist(const std::string& data);  // none when it is no property list
-[[nodiscard]] Plist plistOf(const Texts& texts);
+[[nodiscard]] Plist toPlist(const Record& texts);
 // In the format that the file has; in XML when there is none yet.
 void writePlist(const fs::path& file, plist_t node);
-[[nodiscard]] std::string xmlOf(plist_t node);
-[[nodiscard]] std::string textOf(plist_t node);  // of a string; empty for all else
-[[nodiscard]] std::string textOf(plist_t dictionary, const char* key);
+[[nodiscard]] std::string toXml(plist_t node);
+[[nodiscard]] std::string toText(plist_t node);  // of a string; empty for all else
+[[nodiscard]] std::string toText(plist_t dictionary, const char* key);
 // By key, or by index; none for what is neither dictionary nor array.
-[[nodiscard]] std::vector<std::pair<std::string, plist_t>> childrenOf(plist_t node);
+[[nodiscard]] std::vector<std::pair<std::string, plist_t>> children(plist_t node);
 void removeChild(plist_t parent, const std::string& name);
 
 // Adds an entry to the array under `key`, which is made when it is not there.
 void addEntry(const fs::path& file, Plist entry, const char* key = "entries");
 // The first entry with this text under `key`, if any.
 enum class Find { only, andTake };
-[[nodiscard]] std::optional<Texts> findEntry(const fs::path& file, const char* key, const std::string& text,
-                                             Find mode);
+[[nodiscard]] std::optional<Record> findEntry(const fs::path& file, const char* key, const std::string& text,
+                                              Find mode);
 
 struct RunNumber {
   int inJournal = 0;  // from 0
@@ -78,7 +79,7 @@ void endRun(const fs::path& journal, RunNumber number, const std::string& outcom
 [[nodiscard]] std::string outcomeText(int waitStatus);
 
 void writeFaults(const fs::path& file, const std::vector<Fault>& faults);
-[[nodiscard]] std::vector<Fault> faultsOf(const fs::path& file, const std::string& tool, int run);
+[[nodiscard]] std::vector<Fault> readFaults(const fs::path& file, const std::string& tool, int run);
 // Takes the tool away that must not be there any more.
 void applyAbsence(const fs::path& tool, const std::vector<Fault>& faults);
 

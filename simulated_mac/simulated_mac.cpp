@@ -34,41 +34,44 @@ std::string hostTool(const std::string& tool) {
   return "/host" + fs::canonical(file).string();
 }
 
-// Follows no link, and is not stopped by folders that nobody may read.
-void removeTree(const fs::path* folder) {
+// Follows no link, and is not stopped by directories that nobody may read.
+void removeTree(const fs::path* directory) {
   std::error_code ignored;
-  fs::recursive_directory_iterator item(*folder, ignored);
+  fs::recursive_directory_iterator item(*directory, ignored);
   for (; item != fs::recursive_directory_iterator(); item.increment(ignored)) {
     if (item->is_symlink(ignored) || !item->is_directory(ignored)) continue;
     fs::permissions(item->path(), fs::perms::owner_all, fs::perm_options::add, ignored);
   }
-  fs::remove_all(*folder, ignored);
-  delete folder;
+  fs::remove_all(*directory, ignored);
+  delete directory;
 }
 
 }  // namespace
 
 SimulatedMac SimulatedMac::scratch() {
-  std::string folder = fs::canonical(fs::temp_directory_path()) / "simulated-mac-XXXXXX";
-  if (::mkdtemp(folder.data()) == nullptr) throw std::runtime_error("There can be no " + folder + ".");
-  return SimulatedMac(std::shared_ptr<const fs::path>(new fs::path(folder), removeTree));
+  std::error_code error;
+  std::string directory = fs::canonical(fs::temp_directory_path(error), error) / "simulated-mac-XXXXXX";
+  if (error) throw std::runtime_error("TMPDIR names no directory.");
+  if (::mkdtemp(directory.data()) == nullptr) throw std::runtime_error("There can be no " + directory + ".");
+  return SimulatedMac(std::shared_ptr<const fs::path>(new fs::path(directory), removeTree));
 }
 
-SimulatedMac SimulatedMac::in(const fs::path& folder) {
+SimulatedMac SimulatedMac::in(const fs::path& directory) {
   std::error_code ignored;
-  fs::create_directory(folder, ignored);
-  if (!fs::is_directory(folder)) throw std::runtime_error("There can be no folder " + folder.string() + ".");
-  if (!fs::is_empty(folder)) throw std::runtime_error(folder.string() + " is not empty.");
-  return SimulatedMac(std::make_shared<const fs::path>(fs::canonical(folder)));
+  fs::create_directory(directory, ignored);
+  if (!fs::is_directory(directory))
+    throw std::runtime_error("There can be no directory " + directory.string() + ".");
+  if (!fs::is_empty(directory)) throw std::runtime_error(directory.string() + " is not empty.");
+  return SimulatedMac(std::make_shared<const fs::path>(fs::canonical(directory)));
 }
 
 SimulatedMac::SimulatedMac(std::shared_ptr<const fs::path> root) : root_(std::move(root)) {
-  for (const char* folder :
+  for (const char* directory :
        {"/.simulation", "/host", "/proc", "/dev", "/tmp", "/Applications", "/Users/Shared"}) {
-    addFolder(folder);
+    addDirectory(directory);
   }
-  for (const char* folder : {"/Containers", "/LaunchAgents", "/QuickLook"})
-    addFolder(home + "/Library" + folder);
+  for (const char* directory : {"/Containers", "/LaunchAgents", "/QuickLook"})
+    addDirectory(home + "/Library" + directory);
   addLink("/lib", "host/lib");
   addLink("/lib64", "host/lib64");
   addLink("/usr/lib", "../host/usr/lib");
@@ -96,7 +99,7 @@ std::string SimulatedMac::read(std::string_view path) const {
   return fs::symlink_status(file).type() == fs::file_type::regular ? readFile(file) : "";
 }
 
-void SimulatedMac::addFolder(std::string_view path) { fs::create_directories(at(path)); }
+void SimulatedMac::addDirectory(std::string_view path) { fs::create_directories(at(path)); }
 
 void SimulatedMac::addFile(std::string_view path, std::string_view content) {
   const fs::path file = at(path);
@@ -121,25 +124,25 @@ void SimulatedMac::addBundle(const std::string& path, const std::string& identif
   const std::string executable = path + "/Contents/MacOS/" + fs::path(path).stem().string();
   addFile(executable);
   fs::permissions(at(executable), fs::perms{0755});
-  addFile(path + "/Contents/Info.plist", xmlOf(plistOf({{"CFBundleIdentifier", identifier}}).get()));
+  addFile(path + "/Contents/Info.plist", toXml(toPlist({{"CFBundleIdentifier", identifier}}).get()));
 }
 
 void SimulatedMac::addLaunchAgent(const std::string& label) {
   const std::string path = home + "/Library/LaunchAgents/" + label + ".plist";
-  addFile(path, xmlOf(plistOf({{"Label", label}}).get()));
-  addEntry(at(jobsFile), plistOf({{"identifier", label}, {"path", path}}));
+  addFile(path, toXml(toPlist({{"Label", label}}).get()));
+  addEntry(at(jobsFile), toPlist({{"identifier", label}, {"path", path}}));
 }
 
 void SimulatedMac::addKeychainItem(const std::string& label, const std::string& account) {
-  addEntry(at(keychainFile), plistOf({{"label", label}, {"account", account}, {"service", label}}));
+  addEntry(at(keychainFile), toPlist({{"label", label}, {"account", account}, {"service", label}}));
 }
 
 void SimulatedMac::addApproval(const std::string& identifier) {
-  addEntry(at(approvalsFile), plistOf({{"client", identifier}, {"service", "Accessibility"}}));
+  addEntry(at(approvalsFile), toPlist({{"client", identifier}, {"service", "Accessibility"}}));
 }
 
 void SimulatedMac::addElection(const std::string& identifier) {
-  addEntry(at(electionsFile), plistOf({{"identifier", identifier}, {"election", "use"}}));
+  addEntry(at(electionsFile), toPlist({{"identifier", identifier}, {"election", "use"}}));
 }
 
 void SimulatedMac::addDockTile(const std::string& label, const std::string& url) {
@@ -155,20 +158,20 @@ void SimulatedMac::addDockTile(const std::string& label, const std::string& url)
 
 // The simulated tools lie beside our own executable.
 void SimulatedMac::installTools() {
-  const fs::path folder = fs::canonical("/proc/self/exe").parent_path();
-  const std::string ours = "/host" + (folder / "simulated_mac_tool").string();
+  const fs::path directory = fs::canonical("/proc/self/exe").parent_path();
+  const std::string ours = "/host" + (directory / "simulated_mac_tool").string();
   const auto install = [this](const std::string& tool, const std::string& target) {
     fs::remove(at(tool));
     addLink(tool, target);
-    applyAbsence(at(tool), faultsOf(at(faultsFile), fs::path(tool).filename(), 1));
+    applyAbsence(at(tool), readFaults(at(faultsFile), fs::path(tool).filename(), 1));
   };
   install(sessionProgram, ours);
   for (const std::string& tool : simulatedTools) install(tool, ours);
   for (const std::string& tool : linkedTools) install(tool, hostTool(tool));
   for (const std::string& tool : recordedTools) {
     install(tool, ours);
-    fs::remove(at(realToolsFolder + tool));
-    addLink(realToolsFolder + tool, hostTool(tool));
+    fs::remove(at(realToolsDirectory + tool));
+    addLink(realToolsDirectory + tool, hostTool(tool));
   }
 }
 

@@ -1,4 +1,4 @@
-// A disposable Mac: a folder that becomes the root folder of a session in which the uninstaller is run.
+// A disposable Mac: a directory that becomes the root directory of a session in which the uninstaller is run.
 #pragma once
 
 #include <cstdint>
@@ -27,9 +27,8 @@ enum class FaultKind {
   notExecutable,  // the tool's file is there without the right to execute it, from this run on
   exits,          // says `text` on stderr and exits with `number` without doing its work
   killed,         // dies of signal `number` without doing its work
-  floodsOut,      // `number` bytes on stdout, then the work; the bytes are line feeds, so that what the tool
-  floodsErr,      //   really says keeps its meaning
-  floodsBoth,     // the same on both streams by turns
+  floods,         // `number` bytes on stdout and stderr by turns, then the work; the bytes are line feeds, so
+                  // that what the tool really says keeps its meaning
   notUtf8,        // bytes that are no UTF-8 on stdout and stderr, then the work
   leavesGrandchild,  // a grandchild holds the tool's streams open for `number` milliseconds, for ever if 0
   readsInput,        // reads its standard input to the end, then works
@@ -93,20 +92,20 @@ struct SnapshotDifference {
 
 // Whether this file is an executable of macOS: a Mach-O or a universal file.
 [[nodiscard]] bool isMacosExecutable(const std::filesystem::path& program);
-// The words by which a program in a session starts the host's existing executable `program`. An executable of macOS
-// is run by the program macos_program beside our own executable.
+// The words by which a program in a session starts the host's existing executable `program`. An executable of
+// macOS is run by the program macos_program beside our own executable.
 [[nodiscard]] std::vector<std::string> commandInSession(const std::filesystem::path& program);
 
 // All paths given to it and returned by it, root() and at() excepted, are the Mac's own
 // ("/Users/pat/Documents"); a path below a link is refused, so that nothing is ever written outside the root
-// folder. Missing parent folders are made. Failures are std::runtime_error or
+// directory. Missing parent directories are made. Failures are std::runtime_error or
 // std::filesystem::filesystem_error with a sentence for the user.
 class SimulatedMac {
  public:
-  // A Mac in a temporary folder, removed with the object; no link is followed then.
+  // A Mac in a temporary directory, removed with the object; no link is followed then.
   [[nodiscard]] static SimulatedMac scratch();
-  // A Mac that stays. `folder` must be empty or missing, and its parent must exist.
-  [[nodiscard]] static SimulatedMac in(const std::filesystem::path& folder);
+  // A Mac that stays. `directory` must be empty or missing, and its parent must exist.
+  [[nodiscard]] static SimulatedMac in(const std::filesystem::path& directory);
 
   [[nodiscard]] const std::filesystem::path& root() const { return *root_; }
   // The host's path of something in the Mac.
@@ -116,7 +115,7 @@ class SimulatedMac {
   [[nodiscard]] std::string read(std::string_view path) const;  // empty for what is no file
   [[nodiscard]] Snapshot snapshot() const;
 
-  void addFolder(std::string_view path);
+  void addDirectory(std::string_view path);
   void addFile(std::string_view path, std::string_view content = "");
   void addLink(std::string_view path, std::string_view target);
   // `body` is what stands between <plist> and </plist>.
@@ -132,8 +131,8 @@ class SimulatedMac {
   void addProcess(ProcessPlan process) { processes_.push_back(std::move(process)); }
   void setFault(Fault fault) { faults_.push_back(std::move(fault)); }
 
-  // Starts the processes, runs the host's executable `program` in the Mac, be it one of Linux or of macOS, and
-  // ends everything. The journal starts anew. Throws std::runtime_error when there can be no session.
+  // Starts the processes, runs the host's executable `program` in the Mac, be it one of Linux or of macOS,
+  // and ends everything. The journal starts anew. Throws std::runtime_error when there can be no session.
   SessionResult run(const std::filesystem::path& program, const std::vector<std::string>& arguments,
                     const SessionOptions& options = {});
 

@@ -7,10 +7,10 @@ namespace {
 
 // The words by which a person tells the entries of a shared list apart.
 std::string recordName(plist_t entry) {
-  if (plist_t data = plist_dict_get_item(entry, "tile-data")) return textOf(data, "file-label");
+  if (plist_t data = plist_dict_get_item(entry, "tile-data")) return toText(data, "file-label");
   std::string name;
   for (const char* key : {"label", "account", "client", "identifier"}) {
-    const std::string word = textOf(entry, key);
+    const std::string word = toText(entry, key);
     if (!word.empty()) name.append(name.empty() ? "" : ", ").append(word);
   }
   return name;
@@ -20,17 +20,16 @@ void addRecord(Snapshot& snapshot, const std::string& name, plist_t record) {
   std::string path = name;
   for (int index = 2; snapshot.contains(path); ++index)
     path = std::string(name).append(" (").append(std::to_string(index)).append(")");
-  snapshot[path].content = xmlOf(record);
+  snapshot[path].content = toXml(record);
 }
 
 void addRecords(Snapshot& snapshot, const std::string& file, plist_t root) {
   const std::string start = file + ": ";
-  for (const auto& [key, value] : childrenOf(root)) {
+  for (const auto& [key, value] : children(root)) {
     const bool isList = plist_get_node_type(value) == PLIST_ARRAY;
     if (!isList) addRecord(snapshot, start + key, value);
     if (!isList) continue;
-    for (const auto& [index, entry] : childrenOf(value))
-      addRecord(snapshot, start + recordName(entry), entry);
+    for (const auto& [index, entry] : children(value)) addRecord(snapshot, start + recordName(entry), entry);
   }
 }
 

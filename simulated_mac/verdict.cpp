@@ -5,8 +5,8 @@ namespace {
 
 using ItemsByPath = std::map<std::string, const Item*>;
 
-// The item that covers `path`: its own, or that of the nearest folder above.
-const Item* ownerOf(const ItemsByPath& items, std::string path) {
+// The item that covers `path`: its own, or that of the nearest directory above.
+const Item* findOwner(const ItemsByPath& items, std::string path) {
   for (;;) {
     if (const auto found = items.find(path); found != items.end()) return found->second;
     const std::size_t slash = path.rfind('/');
@@ -15,10 +15,10 @@ const Item* ownerOf(const ItemsByPath& items, std::string path) {
   }
 }
 
-// The tool's own log, and the folders it makes for it.
+// The tool's own log, and the directories it makes for it.
 bool isLog(const std::string& path) {
-  const std::string folder = home + "/Library/Logs/Wendle/";
-  return path.starts_with(folder) || folder.starts_with(path + "/");
+  const std::string directory = home + "/Library/Logs/Wendle/";
+  return path.starts_with(directory) || directory.starts_with(path + "/");
 }
 
 void addProcesses(const std::vector<ProcessOutcome>& processes, Snapshot& before, Snapshot& after) {
@@ -36,7 +36,7 @@ void addProcesses(const std::vector<ProcessOutcome>& processes, Snapshot& before
 
 Verdict judge(const SimulatedMac& mac, const std::vector<std::string>& arguments, Snapshot before,
               const std::vector<ProcessOutcome>& processes) {
-  const Mode mode = modeOf(arguments);
+  const Mode mode = selectedMode(arguments);
   Snapshot after = mac.snapshot();
   addProcesses(processes, before, after);
   ItemsByPath byPath;
@@ -48,13 +48,13 @@ Verdict judge(const SimulatedMac& mac, const std::vector<std::string>& arguments
   };
   const auto isListed = [&](const Item* item) { return item != nullptr && (item->removedBy & mode) != 0; };
   for (const std::string& path : removed) {
-    if (!isListed(ownerOf(byPath, path))) verdict.outside.push_back("removed: " + path);
+    if (!isListed(findOwner(byPath, path))) verdict.outside.push_back("removed: " + path);
   }
   for (const std::string& path : added) {
     if (!isLog(path)) verdict.outside.push_back("added: " + path);
   }
   for (const std::string& path : changed) {
-    const Item* owner = ownerOf(byPath, path);
+    const Item* owner = findOwner(byPath, path);
     if (!isListed(owner) || !isDone(path, *owner)) verdict.outside.push_back("changed: " + path);
   }
   for (const auto& [path, item] : byPath) {
@@ -62,7 +62,7 @@ Verdict judge(const SimulatedMac& mac, const std::vector<std::string>& arguments
   }
   for (const Item& item : clientItems()) {
     const std::string path = item.snapshotPath();
-    const Item* above = ownerOf(byPath, path.substr(0, path.rfind('/')));
+    const Item* above = findOwner(byPath, path.substr(0, path.rfind('/')));
     const bool isToldAbove = above != nullptr && above != &item && isListed(above) == isListed(&item);
     if (!before.contains(path) || isToldAbove || isListed(&item) != isDone(path, item)) continue;
     (isListed(&item) ? verdict.taken : verdict.kept).push_back(&item);

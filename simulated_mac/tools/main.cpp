@@ -71,7 +71,7 @@ int workAlone(int (*tool)(const Strings&), const Strings& arguments) {
 }
 
 void apply(const Fault& fault) {
-  const auto is = [&](auto... kinds) { return ((fault.kind == kinds) || ...); };
+  const auto is = [&](FaultKind kind) { return fault.kind == kind; };
   using enum FaultKind;
   if (is(exits)) {
     say(STDERR_FILENO, fault.text);
@@ -85,11 +85,10 @@ void apply(const Fault& fault) {
   if (is(leavesGrandchild) && ::fork() == 0) pauseAndExit(fault.number == 0 ? -1 : fault.number);
   for (char byte = 0; is(readsInput) && ::read(STDIN_FILENO, &byte, 1) > 0;) continue;
   std::string text = is(notUtf8) ? "\xff\xfe\n" : "";
-  if (is(floodsOut, floodsErr, floodsBoth)) text.assign(static_cast<std::size_t>(fault.number), '\n');
+  if (is(floods)) text.assign(static_cast<std::size_t>(fault.number), '\n');
   for (std::size_t start = 0; start < text.size(); start += 16384) {
     const std::string_view part = std::string_view(text).substr(start, 16384);
-    if (!is(floodsErr)) say(STDOUT_FILENO, part);
-    if (!is(floodsOut)) say(STDERR_FILENO, part);
+    for (const int fd : {STDOUT_FILENO, STDERR_FILENO}) say(fd, part);
   }
 }
 
@@ -97,7 +96,7 @@ int work(const fs::path& path, const Strings& arguments, char** argv, const std:
   for (const Fault& fault : faults) apply(fault);
   const auto tool = simulatedTools.find(path.filename());
   if (tool == simulatedTools.end()) {
-    ::execv((realToolsFolder + path.string()).c_str(), argv);
+    ::execv((realToolsDirectory + path.string()).c_str(), argv);
     return complain(path.string() + " is not in this Mac.", 127);
   }
   const int status = workAlone(tool->second, arguments);
@@ -116,13 +115,13 @@ std::size_t linesLogged() {
 
 int runWritten(const fs::path& path, const Strings& arguments, char** argv) {
   const std::string name = path.filename();
-  const RunNumber number = beginRun(journalFolder, {path, arguments, "", linesLogged()});
-  applyAbsence(path, faultsOf(faultsFile, name, number.ofTool + 1));
+  const RunNumber number = beginRun(journalDirectory, {path, arguments, "", linesLogged()});
+  applyAbsence(path, readFaults(faultsFile, name, number.ofTool + 1));
   const pid_t worker = ::fork();
-  if (worker == 0) ::_exit(work(path, arguments, argv, faultsOf(faultsFile, name, number.ofTool)));
+  if (worker == 0) ::_exit(work(path, arguments, argv, readFaults(faultsFile, name, number.ofTool)));
   int status = 0;
   while (::waitpid(worker, &status, 0) < 0 && errno == EINTR) continue;
-  endRun(journalFolder, number, outcomeText(status));
+  endRun(journalDirectory, number, outcomeText(status));
   if (WIFSIGNALED(status)) dieOfSignal(WTERMSIG(status));
   return WEXITSTATUS(status);
 }
@@ -154,7 +153,7 @@ int main(int argc, char** argv) try {
   const std::string path = fs::is_symlink(started) ? started : argv[0];
   const Strings arguments(argv + 1, argv + argc);
   if (path == sessionProgram) return sessionMain(arguments);
-  if (!fs::exists(journalFolder)) return complain("This works within a simulated Mac only.", 127);
+  if (!fs::exists(journalDirectory)) return complain("This works within a simulated Mac only.", 127);
   return runWritten(path, arguments, argv);
 } catch (const std::exception& error) {
   return wendle::mac::complain(error.what(), 125);

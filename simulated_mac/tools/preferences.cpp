@@ -43,7 +43,7 @@ std::string listedNumber(plist_t node) {
 // The old-style listing. A dictionary or array begins with the indent of its level, wherever it stands.
 std::string listed(plist_t node, std::size_t level) {
   const plist_type type = plist_get_node_type(node);
-  if (type == PLIST_STRING) return listedText(textOf(node));
+  if (type == PLIST_STRING) return listedText(toText(node));
   if (type == PLIST_DATA) return listedData(node);
   if (type != PLIST_DICT && type != PLIST_ARRAY) return listedNumber(node);
   const bool isArray = type == PLIST_ARRAY;
@@ -51,7 +51,7 @@ std::string listed(plist_t node, std::size_t level) {
   std::ostringstream text;
   text << indent << (isArray ? "(" : "{");
   const char* separator = "\n";
-  for (const auto& [key, child] : childrenOf(node)) {
+  for (const auto& [key, child] : children(node)) {
     text << separator << indent << "    " << (isArray ? "" : listedText(key) + " = ")
          << listed(child, level + 1);
     separator = isArray ? ",\n" : ";\n";
@@ -63,7 +63,7 @@ std::string listed(plist_t node, std::size_t level) {
 // Removes what a path such as "a:0:b" names; false when it is not there.
 bool removeAt(plist_t node, const std::string& path) {
   const std::size_t colon = path.find(':');
-  for (const auto& [name, child] : childrenOf(node)) {
+  for (const auto& [name, child] : children(node)) {
     if (name != path.substr(0, colon)) continue;
     if (colon != std::string::npos) return removeAt(child, path.substr(colon + 1));
     removeChild(node, name);
@@ -99,7 +99,7 @@ int plistBuddy(const Strings& arguments) {
   const std::string& file = arguments[2];
   if (!fs::exists(file)) std::cout << "File Doesn't Exist, Will Create: " << file << '\n';
   const Plist list = parsePlist(readFile(file));
-  const std::string text = list && verb == "Print" ? textOf(list.get(), entry.c_str()) : "";
+  const std::string text = list && verb == "Print" ? toText(list.get(), entry.c_str()) : "";
   if (!text.empty()) std::cout << text << '\n';
   const bool isRemoved = list && verb == "Delete" && removeAt(list.get(), entry);
   if (isRemoved) writePlist(file, list.get());

@@ -27,7 +27,7 @@ std::vector<int> processesWhere(const std::string& name, const std::function<boo
 }
 
 // As launchd ends a job: asks its process, and kills it when it has not gone in time.
-void endJob(const Texts& job) {
+void endJob(const Record& job) {
   const std::string variable = "XPC_SERVICE_NAME=" + job.at("identifier");
   const auto isOfJob = [&](const Strings& variables) { return std::ranges::count(variables, variable) > 0; };
   for (const int pid : processesWhere("environ", isOfJob)) {
@@ -43,7 +43,7 @@ std::set<std::string> findBundles(const std::string& identifier) {
   walk("/", [&](const fs::directory_entry& item, const std::string& path) {
     if (!path.ends_with("/Contents/Info.plist")) return;
     const Plist info = parsePlist(readFile(item.path()));
-    if (info && textOf(info.get(), "CFBundleIdentifier") == identifier) {
+    if (info && toText(info.get(), "CFBundleIdentifier") == identifier) {
       found.insert(item.path().parent_path().parent_path());
     }
   });
@@ -59,7 +59,7 @@ int launchctl(const Strings& arguments) {
   const bool unloads = fits(arguments, "unload -w *");
   if (!unloads && !fits(arguments, "remove *")) return complain("Usage: launchctl ...", 64);
   const char* key = unloads ? "path" : "identifier";
-  std::optional<Texts> job;
+  std::optional<Record> job;
   if (!unloads || fs::exists(arguments[2])) job = findEntry(jobsFile, key, arguments.back(), Find::andTake);
   if (job) endJob(*job);
   if (unloads && !job) return complain("Unload failed: 5: Input/output error", 0);
@@ -70,7 +70,7 @@ int pluginkit(const Strings& arguments) {
   if (!fits(arguments, "-e * -i *")) return complain("Usage: pluginkit ...", 64);
   if (auto election = findEntry(electionsFile, "identifier", arguments[3], Find::andTake)) {
     (*election)["election"] = arguments[1];
-    addEntry(electionsFile, plistOf(*election));
+    addEntry(electionsFile, toPlist(*election));
   }
   return 0;
 }

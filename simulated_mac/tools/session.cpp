@@ -96,7 +96,7 @@ int sessionMain(const Strings& arguments) {
   Strings result = {endOf(program)};
   for (const pid_t pid : applications)
     result.push_back(std::to_string(static_cast<int>(endApplication(pid))));
-  std::cout << joined(result) << std::flush;
+  std::cout << nulTerminated(result) << std::flush;
   return 0;
 }
 

@@ -34,7 +34,7 @@ void install(SimulatedMac& mac, const std::string& preview = "", const std::stri
   addExecutable(mac, tools + "wendle-uninstall-report", "#!/bin/sh\nexec /host/bin/cat \"/$1\"\n");
   mac.addFile("/preview", preview);
   mac.addFile("/run", verdict);
-  mac.addFolder("/var/run");
+  mac.addDirectory("/var/run");
 }
 
 // Runs a line of shell.
@@ -89,7 +89,7 @@ TEST(ConsoleUserTest, DeletesAsRootOnlyTheClientsApplications) {
   mac.addLink("/Applications/Lent.app/Contents/Info.plist", "/Users/pat/Mine.app/Contents/Info.plist");
   mac.addFile("/Applications/No.app/Contents/Info.plist", "no property list");
   mac.addLink("/Applications/Wendle.app", "/Users/pat/Mine.app");
-  mac.addFolder("/Applications/Wendle");
+  mac.addDirectory("/Applications/Wendle");
   mac.addBundle("/Mine.app", client);
   const std::string info = mac.read("/Mine.app/Contents/Info.plist");
   for (const char* folder : {"", "/Applications"})
@@ -134,7 +134,7 @@ TEST(ConsoleUserTest, DeletesNothingThatWasPutInThePlaceOfAnother) {
 TEST(ConsoleUserTest, LeavesWhatHoldsAnotherVolume) {
   SimulatedMac mac = SimulatedMac::scratch();
   install(mac);
-  mac.addFolder("/Applications/Wendle/Disk");
+  mac.addDirectory("/Applications/Wendle/Disk");
   const SessionResult seen = run(mac,
                                  "/host/bin/mount -t tmpfs -o mode=555 none /Applications/Wendle/Disk && "
                                  "echo theirs >/Applications/Wendle/Disk/file;" +
@@ -145,7 +145,7 @@ TEST(ConsoleUserTest, LeavesWhatHoldsAnotherVolume) {
 
 TEST(ConsoleUserTest, DeletesNothingAsRootForAUserWhoLeft) {
   SimulatedMac mac = SimulatedMac::scratch();
-  mac.addFolder("/Applications/Wendle");
+  mac.addDirectory("/Applications/Wendle");
   install(mac);
   mac.setFault({.tool = "scutil", .run = 2, .kind = mac::FaultKind::exits, .number = 0});
   const SessionResult seen = run(mac, uninstall + " --full");
@@ -163,7 +163,7 @@ TEST(ConsoleUserTest, TellsTheVerdictOrThatThereIsNone) {
     const SessionResult seen = run(mac, line);
     return seen.outcome + "\n" + seen.out + seen.err;
   };
-  mac.addFolder("/Applications/Wendle.app");
+  mac.addDirectory("/Applications/Wendle.app");
   EXPECT_EQ(endOf("echo one; exit 1", uninstall + " --updates"), "exit 1\none\n");
   EXPECT_TRUE(mac.exists("/Applications/Wendle.app"));
   EXPECT_EQ(endOf("exit 1", uninstall + " --updates"), "exit 2\n");
@@ -191,7 +191,7 @@ class UntouchedTest : public testing::TestWithParam<EndCase> {};
 
 TEST_P(UntouchedTest, ChangesNothingAndSaysWhy) {
   SimulatedMac mac = SimulatedMac::scratch();
-  mac.addFolder("/Applications/Wendle");
+  mac.addDirectory("/Applications/Wendle");
   install(mac);
   mac.addFile(mac::consoleUserFile, GetParam().console);
   mac.addFile("/var/run/wendle-uninstaller.lock");

@@ -107,8 +107,8 @@ const Lines notExempt{"/A.app",
 void addCopiesEverywhere(SimulatedMac& mac) {
   for (const Lines& paths : {exempt, notExempt}) copies(paths)(mac);
   // What makes a safety net: a directory above the copy, but not in the root folder, and not a plain file.
-  mac.addFolder("/_CCC SafetyNet");
-  mac.addFolder(home + "/Clone/_CCC SafetyNet");
+  mac.addDirectory("/_CCC SafetyNet");
+  mac.addDirectory(home + "/Clone/_CCC SafetyNet");
   mac.addFile(home + "/NoClone/_CCC SafetyNet");
 }
 

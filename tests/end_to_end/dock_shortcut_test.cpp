@@ -57,7 +57,7 @@ std::string takeText(PropertyList& tile, const std::string& key) {
 }
 
 RunResult run(SimulatedMac& mac, const Lines& arguments) {
-  mac.addFolder(folder);
+  mac.addDirectory(folder);
   return runProbe(mac, "dock_shortcut_probe", arguments);
 }
 
@@ -68,7 +68,7 @@ const std::string killedDock = "/usr/bin/killall [Dock] exit 1\n";
 TEST(DockShortcutTest, AddsATileInFrontAndKeepsTheOthersAsTheyAre) {
   SimulatedMac mac = SimulatedMac::scratch();
   const std::string movies = "/Users/pat/Movies";
-  mac.addFolder(movies);
+  mac.addDirectory(movies);
   setTiles(mac, foreignTile + tileOf(folderUrl, "A", "<integer>1</integer>") + tileOf(folderUrl, "B") +
                     tileOf(folderUrl, "A", "<real>1</real>") + tileOf(folderUrl, "A", "<true/>") +
                     tileOf(folderUrl, "A", "<real>1.5</real>"));

@@ -158,7 +158,7 @@ TEST(ReportTest, TakesTheNewestLogAndRefusesWrongUse) {
   EXPECT_EQ(runReport(mac, {}).err, complaint("this user has no log of the uninstaller"));
   mac.addFile(logs + "uninstaller-20161121T075959Z-9.log", start + "full mode\n");
   mac.addFile(logs + "uninstaller-20161121T075959Z-10.log", start + "updates mode\n");
-  mac.addFolder(logs + "uninstaller-20161121T080000Z-10.log");
+  mac.addDirectory(logs + "uninstaller-20161121T080000Z-10.log");
   ASSERT_EQ(::mkfifo(mac.at(logs + "uninstaller-20161121T080000Z-9.log").c_str(), S_IRUSR), 0);
   EXPECT_TRUE(runReport(mac, {}).out.starts_with("--updates"));
   mac.addFile("/a", start + "full mode\n" + later + "[4] uninstaller: a\\n\\x1b\u2028\n");

@@ -79,7 +79,10 @@ class FaultedToolTest : public testing::TestWithParam<std::tuple<std::string, Mi
   RunResult runDisturbed(std::size_t at) {
     mac::SimulatedMac mac = mac::SimulatedMac::scratch();
     mac::installClient(mac);
-    mac.setFault(faultAt(clean_.seen.tools, at, misbehaviour_.fault));
+    mac::Fault fault = faultAt(clean_.seen.tools, at, misbehaviour_.fault);
+    // What the shell starts is read to the end of file: it takes a grandchild that lets go.
+    if (fault.kind == FaultKind::leavesGrandchild && isForDock(clean_.seen.tools[at])) fault.number = 50;
+    mac.setFault(fault);
     RunResult seen = runUninstaller(mac, {"--" + clean_.mode});
     const mac::Verdict verdict = judge(mac, {"--" + clean_.mode}, clean_.before, seen.processes);
     EXPECT_EQ(joined(verdict.outside), "");
@@ -126,6 +129,8 @@ TEST_P(FaultedToolTest, ChangesOnlyWhatNeedsItsWork) {
   Lines changes;
   for (const std::size_t at : clean_.runsToDisturb(misbehaviour_.isThorough)) {
     const std::string command = commandOf(clean_.seen.tools[at]);
+    // rm alone has the launcher's input, which does not end.
+    if (misbehaviour_.fault.kind == FaultKind::readsInput && command.starts_with("/bin/rm")) continue;
     SCOPED_TRACE("run " + std::to_string(at) + ": " + command);
     const RunResult seen = runDisturbed(at);
     expectSequence(seen, clean_.seen.tools[at]);
@@ -153,9 +158,8 @@ INSTANTIATE_TEST_SUITE_P(
                         Misbehaviour{"NotUtf8", Harm::inOneRun, {"", 1, FaultKind::notUtf8}, true},
                         Misbehaviour{"NotExecutable", Harm::fromThenOn, {"", 1, FaultKind::notExecutable}},
                         Misbehaviour{"Killed", Harm::inOneRun, {"", 1, FaultKind::killed, 9}},
-                        Misbehaviour{"Floods", Harm::none, {"", 1, FaultKind::floodsBoth}},
-                        Misbehaviour{
-                            "LeavesGrandchild", Harm::none, {"", 1, FaultKind::leavesGrandchild, 50}},
+                        Misbehaviour{"Floods", Harm::none, {"", 1, FaultKind::floods}},
+                        Misbehaviour{"LeavesGrandchild", Harm::none, {"", 1, FaultKind::leavesGrandchild, 0}},
                         Misbehaviour{"ReadsInput", Harm::none, {"", 1, FaultKind::readsInput}})),
     nameOf);
 

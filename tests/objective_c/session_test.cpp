@@ -26,7 +26,7 @@ static mac::SimulatedMac macWithFoundation() {
   mac.addFile("/etc/GNUstep/GNUstep.conf",
               "GNUSTEP_USER_DEFAULTS_DIR=Library/Preferences\nGNUSTEP_USER_DIR_LIBRARY=Library\n"
               "GNUSTEP_LOCAL_USERS_DIR=/Users\nGNUSTEP_LOCAL_APPS=/Applications\n");
-  mac.addFolder(folder);
+  mac.addDirectory(folder);
   const std::string tiles = "<key>persistent-others</key><array>" + foreignTile + "</array>";
   mac.addPropertyList(dockPlist, "<dict><key>same</key>" + foreignTile + tiles + "</dict>", true);
   return mac;
