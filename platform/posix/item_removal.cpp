@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "platform/file_tree.h"
+#include "platform/posix/item_flags.h"
 #include "platform/posix/tree_cursor.h"
 
 namespace wendle {
@@ -51,7 +52,7 @@ class RereadTimer {
 
 bool isNotEmpty(int failure) { return failure == ENOTEMPTY || failure == EEXIST; }
 
-enum class Kind { file, directory };
+constexpr int fileRemovalFlags = 0;  // of unlinkat(2)
 
 class Removal {
  public:
@@ -61,7 +62,8 @@ class Removal {
     remove({path, EntryType::unknown});
     while (cursor_.depth() > 0) {
       const bool isGivenUp = rereads_.isRunning() && rereads_.isUp();
-      if (const auto entry = isGivenUp ? std::nullopt : cursor_.next()) {
+      const bool isRead = !isGivenUp && directoryRemovalFlags(cursor_.status()) == AT_REMOVEDIR;
+      if (const auto entry = isRead ? cursor_.next() : std::nullopt) {
         remove(*entry);
       } else {
         finishDirectory();
@@ -80,26 +82,30 @@ class Removal {
   void remove(const DirectoryEntry& entry, int pass = 1) {
     if (entry.type == EntryType::other) return removeFile(entry.name);
     const Status entered = cursor_.enter(entry.name);
-    if (entered.ok()) return path_.push_back({entry.name, pass});
+    if (entered.ok()) {
+      clearUserFlags(cursor_.fd(), cursor_.status());
+      return path_.push_back({entry.name, pass});
+    }
     const int refusal = entered.error().code;
     if (refusal == ENOTDIR || refusal == ELOOP) return removeFile(entry.name);
-    const int failure = unlinkAt(entry.name, Kind::directory);  // an empty one needs no opening
-    if (failure == ENOTDIR) return removeFile(entry.name);      // nor does what only might have been one
+    const int failure = unlinkAt(entry.name, AT_REMOVEDIR);  // an empty one needs no opening
+    if (failure == ENOTDIR) return removeFile(entry.name);   // nor does what only might have been one
     if (failure != 0) note(isNotEmpty(failure) ? entered : posixError(failure));
   }
 
   void removeFile(const std::string& name) {
-    if (const int failure = unlinkAt(name, Kind::file)) note(posixError(failure));
+    if (const int failure = unlinkAt(name, fileRemovalFlags)) note(posixError(failure));
   }
 
   void finishDirectory() {
     const Status read = cursor_.readStatus();
+    const int flags = directoryRemovalFlags(cursor_.status());
     const Directory directory = std::move(path_.back());
     const Status left = cursor_.leave();
     path_.resize(cursor_.depth());
     rereads_.leaveFor(cursor_.depth());
     if (!left.ok()) return note(read.ok() ? left : read);
-    const int failure = unlinkAt(directory.name, Kind::directory);
+    const int failure = unlinkAt(directory.name, flags);
     if (failure == 0) return;
     if (!read.ok()) return note(read);
     if (!isNotEmpty(failure)) return note(posixError(failure));
@@ -110,10 +116,13 @@ class Removal {
   }
 
   // The errno value; 0 also for an entry that is already absent, unless it is the item itself.
-  int unlinkAt(const std::string& name, Kind kind) {
-    const int flags = kind == Kind::directory ? AT_REMOVEDIR : 0;
-    if (retryOnInterrupt([&] { return ::unlinkat(cursor_.fd(), name.c_str(), flags); }) == 0) return 0;
-    return errno == ENOENT && cursor_.depth() > 0 ? 0 : errno;
+  int unlinkAt(const std::string& name, int flags) {
+    const auto unlink = [&] { return ::unlinkat(cursor_.fd(), name.c_str(), flags); };
+    if (retryOnInterrupt(unlink) == 0) return 0;
+    const int failure = errno;
+    if (failure == EPERM && clearUserFlagsAt(cursor_.fd(), name))
+      return retryOnInterrupt(unlink) == 0 ? 0 : errno;
+    return failure == ENOENT && cursor_.depth() > 0 ? 0 : failure;
   }
 
   void note(const Status& failure) {

@@ -21,12 +21,11 @@ Status TreeCursor::enter(const std::string& name) {
   UniqueFd directory = openDirectory(fd(), name);
   struct stat status {};
   if (!directory.isOpen() || identify(directory.get(), status) != 0) return posixError(errno);
-  if (depth() > 0 && status.st_dev != levels_.front().device) return posixError(EBUSY);
+  if (depth() > 0 && status.st_dev != levels_.front().status.st_dev) return posixError(EBUSY);
   if (depth() > maxOpenLevels) suspend(levels_[depth() - 2]);
   Level& level = levels_.emplace_back();
   level.name = name;
-  level.device = status.st_dev;
-  level.inode = status.st_ino;
+  level.status = status;
   level.stream.emplace(std::move(directory));
   return {};
 }
@@ -70,7 +69,7 @@ Status TreeCursor::reopen(Level& level, int neighbour, const std::string& name) 
   UniqueFd directory = openDirectory(neighbour, name);
   struct stat found {};
   if (!directory.isOpen() || identify(directory.get(), found) != 0) return posixError(errno);
-  if (found.st_dev != level.device || found.st_ino != level.inode) return posixError(ENOENT);
+  if (found.st_dev != level.status.st_dev || found.st_ino != level.status.st_ino) return posixError(ENOENT);
   level.reopened = std::move(directory);
   return {};
 }

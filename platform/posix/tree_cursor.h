@@ -42,6 +42,9 @@ class TreeCursor {
   // depth 1.
   [[nodiscard]] Status enter(const std::string& name);
 
+  // What fstat(2) said of the current directory when it was entered; only at depth 1 and below.
+  [[nodiscard]] const struct stat& status() const { return levels_.back().status; }
+
   // The next entry of the current directory; none when all were returned or reading failed (see readStatus).
   [[nodiscard]] std::optional<DirectoryEntry> next();
   [[nodiscard]] Status readStatus() const;
@@ -53,8 +56,7 @@ class TreeCursor {
  private:
   struct Level {
     std::string name;
-    dev_t device = 0;
-    ino_t inode = 0;
+    struct stat status {};
     std::optional<DirectoryStream> stream;  // none: closed while a subdirectory is visited
     UniqueFd reopened;                      // after that
     std::vector<DirectoryEntry> unvisited;  // what the stream had not returned, last entry first

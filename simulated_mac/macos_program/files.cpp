@@ -42,10 +42,29 @@ struct DarwinEntry {
   char name[1024];
 };
 
+// An item's flags (<sys/stat.h>). Mode bits that no item of a client has stand for them, since they can be
+// set in every file system of this one.
+constexpr std::uint32_t userImmutable = 0x2, systemImmutable = 0x20000, dataless = 0x40000000;
+constexpr std::pair<mode_t, std::uint32_t> modesOfFlags[] = {
+    {S_ISUID, userImmutable}, {S_ISGID, systemImmutable}, {S_ISVTX, dataless}};
+
+std::uint32_t flagsOf(const struct stat& item) {
+  std::uint32_t flags = 0;
+  for (const auto& [mode, flag] : modesOfFlags) flags |= (item.st_mode & mode) != 0 ? flag : 0;
+  return flags;
+}
+
+mode_t modeWithFlags(const struct stat& item, std::uint32_t flags) {
+  mode_t mode = item.st_mode & 0777;
+  for (const auto& [bit, flag] : modesOfFlags) mode |= (flags & flag) != 0 ? bit : 0;
+  return mode;
+}
+
 // What a program's DIR* points to.
 struct Directory {
   DIR* stream;
   DarwinEntry entry;
+  bool isDataless;
 };
 
 constexpr int currentDirectory = -2;  // AT_FDCWD
@@ -77,6 +96,7 @@ int fill(DarwinStat* result, int status, const struct stat& found) {
   result->size = found.st_size;
   result->blocks = found.st_blocks;
   result->blockSize = static_cast<std::int32_t>(found.st_blksize);
+  result->flags = flagsOf(found);
   return 0;
 }
 
@@ -111,11 +131,46 @@ int openPath(va_list list, const char* path, int flags) {
   return openAt(list, currentDirectory, path, flags);
 }
 
-// A directory needs AT_REMOVEDIR; without, its error is EPERM (unlink(2)).
+std::uint32_t flagsAt(int fd, const char* path) {
+  struct stat item {};
+  const int status = ::fstatat(directoryAt(fd), path, &item, AT_SYMLINK_NOFOLLOW | AT_EMPTY_PATH);
+  return status == 0 ? flagsOf(item) : 0;
+}
+
+// A directory needs AT_REMOVEDIR; without, its error is EPERM (unlink(2)), as for an immutable item and for
+// one in an immutable directory. A dataless one is removed as it is by AT_REMOVEDIR_DATALESS, and fetched
+// without: there is nobody here to fetch it from.
 int unlinkAt(int fd, const char* path, int flags) {
-  const int status = ::unlinkat(directoryAt(fd), path, translated("unlinkat", flags, 0x80, AT_REMOVEDIR));
+  constexpr int removeDirectory = 0x80, removeDataless = 0x100;
+  const std::uint32_t itemFlags = flagsAt(fd, path);
+  if (((itemFlags | flagsAt(fd, "")) & (userImmutable | systemImmutable)) != 0) {
+    errno = EPERM;
+    return withErrno(-1);
+  }
+  if (((itemFlags & dataless) != 0) != ((flags & removeDataless) != 0)) refuseFlags("unlinkat", flags);
+  const int hostFlags = translated("unlinkat", flags & ~removeDataless, removeDirectory, AT_REMOVEDIR);
+  const int status = ::unlinkat(directoryAt(fd), path, hostFlags);
   if (status != 0 && errno == EISDIR) errno = EPERM;
   return withErrno(status);
+}
+
+int setFlagsOf(int fd, std::uint32_t flags) {
+  struct stat item {};
+  if (::fstat(fd, &item) != 0) return withErrno(-1);
+  return withErrno(::fchmod(fd, modeWithFlags(item, flags)));
+}
+
+// The one attribute that is known is ATTR_CMN_FLAGS, and the one option FSOPT_NOFOLLOW (<sys/attr.h>).
+int setAttributesAt(int fd, const char* path, const std::uint32_t* attributes, const std::uint32_t* flags,
+                    std::size_t size, std::uint32_t options) {
+  constexpr std::uint32_t bitmapCount = 5, flagsAttribute = 0x40000, noFollow = 1;
+  if (attributes[0] != bitmapCount || attributes[1] != flagsAttribute || size != sizeof *flags ||
+      options != noFollow) {
+    refuseFlags("setattrlistat", static_cast<int>(options));
+  }
+  struct stat item {};
+  if (::fstatat(directoryAt(fd), path, &item, AT_SYMLINK_NOFOLLOW) != 0) return withErrno(-1);
+  return withErrno(::fchmodat(directoryAt(fd), path, modeWithFlags(item, *flags), 0));
 }
 
 int makeDirectoryAt(int fd, const char* path, mode_t mode) {
@@ -138,10 +193,11 @@ int control(va_list list, int fd, int command) {
 
 Directory* openDirectory(int fd) {
   DIR* stream = withErrno(::fdopendir(fd));
-  return stream == nullptr ? nullptr : new Directory{stream, {}};
+  return stream == nullptr ? nullptr : new Directory{stream, {}, (flagsAt(fd, "") & dataless) != 0};
 }
 
 DarwinEntry* readDirectory(Directory* directory) {
+  if (directory->isDataless) refuse("a dataless directory is read");
   errno = 0;
   const dirent* found = ::readdir(directory->stream);
   if (found == nullptr) {
@@ -204,6 +260,8 @@ Imports fileImports() {
       provide("_mkdirat", makeDirectoryAt),
       provide("_umask", ::umask),
       provide("_fchmod", WithErrno<::fchmod>::call),
+      provide("_fchflags", setFlagsOf),
+      provide("_setattrlistat", setAttributesAt),
       provide("_close", WithErrno<::close>::call),
       provide("_dup", WithErrno<::dup>::call),
       provide("_flock", WithErrno<::flock>::call),  // the same four numbers
