@@ -25,7 +25,7 @@ TEST_P(ItemFlagsTest, OfUsersAreClearedForRootAndADatalessDirectoryGoesUnread) {
     std::filesystem::permissions(mac.at(folder + path), flags, std::filesystem::perm_options::add);
   };
   for (const char* file : {"file", "open/file", "locked/file", "systems"}) mac.addFile(folder + file);
-  mac.addFolder(folder + "evicted");
+  mac.addDirectory(folder + "evicted");
   set("file", userImmutable);
   set("open/file", userImmutable);
   set("locked", userImmutable);
@@ -41,7 +41,7 @@ TEST_P(ItemFlagsTest, OfUsersAreClearedForRootAndADatalessDirectoryGoesUnread) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Users, ItemFlagsTest, testing::Bool(),
-                         [](const auto& info) { return info.param ? "root" : "pat"; });
+                         [](const auto& user) { return user.param ? "root" : "pat"; });
 
 }  // namespace
 }  // namespace wendle::test
