@@ -1,5 +1,7 @@
 #include "client/removal_plan.h"
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <cerrno>
 
@@ -15,7 +17,7 @@ std::string_view kindName(ItemKind kind) {
 }  // namespace
 
 bool PlannedItem::needsRoot() const {
-  return obstacle && (obstacle->error.code == EACCES || obstacle->error.code == EPERM);
+  return ::geteuid() != 0 && obstacle && (obstacle->error.code == EACCES || obstacle->error.code == EPERM);
 }
 
 void RemovalPlan::addPath(const std::string& path, std::string_view why) {

@@ -5,6 +5,7 @@
 namespace wendle {
 
 int directoryRemovalFlags(const struct stat& /*directory*/) { return AT_REMOVEDIR; }
+bool flagsForbidRemoval(const struct stat& /*item*/) { return false; }
 void clearUserFlags(int /*directory*/, const struct stat& /*status*/) {}
 bool clearUserFlagsAt(int /*parent*/, const std::string& /*name*/) { return false; }
 

@@ -22,6 +22,10 @@ int directoryRemovalFlags(const struct stat& directory) {
   return (directory.st_flags & SF_DATALESS) != 0 ? AT_REMOVEDIR | atRemovedirDataless : AT_REMOVEDIR;
 }
 
+bool flagsForbidRemoval(const struct stat& item) {
+  return (item.st_flags & (isSuperuser() ? systemFlags : systemFlags | userFlags)) != 0;
+}
+
 void clearUserFlags(int directory, const struct stat& status) {
   if (isSuperuser() && areToBeCleared(status.st_flags)) ::fchflags(directory, status.st_flags & ~userFlags);
 }

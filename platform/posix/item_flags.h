@@ -12,6 +12,10 @@ namespace wendle {
 // not here but with whoever syncs them. It goes unread then, so that nothing is fetched only to be removed.
 [[nodiscard]] int directoryRemovalFlags(const struct stat& directory);
 
+// Whether flags keep an entry, or the entries of a directory, from being removed by this process's user: the
+// superuser's process takes off those that users set themselves.
+[[nodiscard]] bool flagsForbidRemoval(const struct stat& item);
+
 // Takes the flags "immutable" and "append only", which users set themselves, off an open directory. Only the
 // superuser's process does so, and only where the system has not set its own.
 void clearUserFlags(int directory, const struct stat& status);

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "base/path.h"
+#include "platform/posix/item_flags.h"
 #include "platform/posix/tree_cursor.h"
 
 namespace wendle {
@@ -30,6 +31,7 @@ struct Container {
 int unlinkRefusal(const Container& directory, const struct stat& entry) {
   if (directory.refusal != 0) return directory.refusal;
   if (entry.st_dev != directory.status.st_dev) return EBUSY;
+  if (flagsForbidRemoval(entry) || flagsForbidRemoval(directory.status)) return EPERM;
   const uid_t user = ::geteuid();
   const bool isSticky = (directory.status.st_mode & S_ISVTX) != 0;
   const bool mayTake = user == 0 || user == entry.st_uid || user == directory.status.st_uid;
@@ -86,7 +88,8 @@ class Forecast {
   // `name` is the entry's for the cursor: at first the item's whole path.
   void visit(const std::string& name, const std::string& path, const struct stat& entry) {
     if (S_ISREG(entry.st_mode)) result_.size += static_cast<std::uint64_t>(entry.st_size);
-    if (!S_ISDIR(entry.st_mode)) return takeOut(path, entry);
+    const bool isRead = directoryRemovalFlags(entry) == AT_REMOVEDIR;
+    if (!S_ISDIR(entry.st_mode) || !isRead) return takeOut(path, entry);
     if (entry.st_dev != device_) return keep(path, posixError(EBUSY));
     if (const Status entered = cursor_.enter(name); !entered.ok()) return keep(path, entered.error());
     directories_.push_back(openedContainer(path, cursor_.fd(), "."));

@@ -1,6 +1,6 @@
 // Threads' locks and data, and queues. The sizes and first words of locks are those of macOS's
-// <sys/_pthread/_pthread_types.h> and <pthread/pthread_impl.h>; blocks are the compiler's (Clang, "Block
-// Implementation Specification"), copied by Debian's blocks runtime; queues are those of
+// <sys/_pthread/_pthread_types.h> and <pthread/pthread_impl.h>; blocks are the compiler's (Clang's page
+// on their binary interface), copied by Debian's blocks runtime; queues are those of
 // <dispatch/dispatch.h>, served as on Linux.
 #include <Block.h>
 #include <Block_private.h>

@@ -86,8 +86,7 @@ std::set<std::string> goneFrom(const std::string& list, const mac::SnapshotDiffe
 void expectPreviewIsTheRun(mac::SimulatedMac& mac, const std::string& mode) {
   const mac::Snapshot before = mac.snapshot();
   const json preview = answerOf(mac, {"preview", "--" + mode, "--json"});
-  const mac::Snapshot previewed = mac.snapshot();
-  EXPECT_TRUE(before == previewed) << "the preview changed something";
+  EXPECT_TRUE(before == mac.snapshot()) << "the preview changed something";
   const RunResult run = runUninstaller(mac, {"--" + mode});
   EXPECT_EQ(run.outcome, "exit 0");
   const mac::SnapshotDifference difference = mac::difference(before, mac.snapshot());
@@ -122,7 +121,6 @@ struct Account {
   std::function<void(mac::SimulatedMac&)> make;
   friend void PrintTo(const Account& account, std::ostream* out) { *out << account.name; }
 };
-
 const std::string support = mac::home + "/Library/Application Support/Wendle";
 const std::string container = mac::home + "/Library/Containers/com.wendle.DesktopClient";
 
