@@ -8,7 +8,6 @@
 #include "client/bundle_identifier.h"
 #include "client/client_locations.h"
 #include "client/client_removal.h"
-#include "client/item_deletion.h"
 #include "dock/dock_folder_removal.h"
 #include "logging/uninstaller_logger.h"
 #include "processes/process_termination.h"

@@ -6,9 +6,9 @@
 #include "base/path.h"
 #include "base/text.h"
 #include "client/bundle_identifier.h"
-#include "client/item_deletion.h"
+#include "client/client_removal.h"
 #include "platform/case_folding.h"
-#include "platform/file_presence.h"
+#include "platform/files.h"
 #include "system/tasks/task_helpers.h"
 
 namespace wendle {

@@ -1,9 +1,9 @@
 #include "client/client_removal.h"
 
 #include "client/client_locations.h"
-#include "client/item_deletion.h"
 #include "logging/uninstaller_logger.h"
-#include "platform/file_presence.h"
+#include "platform/file_tree.h"
+#include "platform/files.h"
 #include "system/tasks/task_helpers.h"
 
 namespace wendle {
@@ -27,7 +27,26 @@ void removeWithTool(const std::string& path) {
   uninstallerLogger().log(LogLevel::progress, "Remove " + path + " - finished");
 }
 
+void logDeletion(const Status& status, const FileUrl& url, std::string_view logPrefix) {
+  const std::string message = std::string(logPrefix) + url.absoluteString();
+  if (status.ok()) {
+    uninstallerLogger().log(LogLevel::progress, message + " - success");
+  } else {
+    uninstallerLogger().log(status.error(), message);
+  }
+}
+
+// The directories at any depth in `containers` whose names begin with "com.wendle.", a nested one after its
+// parent: their paths in it.
+std::vector<std::string> findFolderContainers(const FileTree& containers) {
+  return containers.findDirectories([](std::string_view name) { return name.starts_with("com.wendle."); });
+}
+
 }  // namespace
+
+void deleteItem(const FileUrl& url, std::string_view logPrefix) {
+  logDeletion(removeItem(url.path()), url, logPrefix);
+}
 
 void removeLaunchAgentApps(const std::vector<std::string>& names) {
   for (const std::string& name : names) {
@@ -36,17 +55,13 @@ void removeLaunchAgentApps(const std::vector<std::string>& names) {
   }
 }
 
-std::vector<std::string> findFolderContainers(const FileTree& containers) {
-  return containers.findDirectories([](std::string_view name) { return name.starts_with("com.wendle."); });
-}
-
 void removeFolderContainers() {
   uninstallerLogger().log(LogLevel::progress, "Remove folder containers - started");
   const FileTree containers(clientLocations().containersDirectory);
   for (const std::string& found : findFolderContainers(containers)) {
     const FileUrl url =
         FileUrl::fileUrlWithDirectoryPath(clientLocations().containersDirectory + "/" + found);
-    deleteItem(containers, found, url, deleteFolderPrefix);
+    logDeletion(containers.removeItem(found), url, deleteFolderPrefix);
   }
   uninstallerLogger().log(LogLevel::progress, "Remove folder containers - finished");
 }

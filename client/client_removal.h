@@ -1,26 +1,31 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "client/removal_plan.h"
-#include "platform/file_tree.h"
+#include "platform/file_url.h"
 
 namespace wendle {
 
-// The steps that remove the client's folders and files. Each goes through all its items whatever happens,
-// logs what became of each, and returns normally.
+// The steps that remove the client's folders and files. Each attempts all its items, logs the result of each,
+// and returns normally.
+
+inline constexpr std::string_view deleteFolderPrefix = "Delete Folder - ";  // folders and bundles
+inline constexpr std::string_view deleteFilePrefix = "Delete File - ";  // files, and what is listed with them
+
+// Deletes the item at `url`, a directory with all its contents, as removeItem() does, and logs the prefix,
+// the URL and " - success", or the error. A missing item is such an error.
+void deleteItem(const FileUrl& url, std::string_view logPrefix);
 
 // Removes `<name>.app` from the client's own launch agents folder with /bin/rm, for each name. An absent one
-// is passed over silently; what rm reports is not looked at.
+// is skipped silently; rm's exit status and output are ignored.
 void removeLaunchAgentApps(const std::vector<std::string>& names);
 
-// The directories at any depth in `containers` whose names begin with "com.wendle.", a nested one after its
-// parent: their paths in it.
-[[nodiscard]] std::vector<std::string> findFolderContainers(const FileTree& containers);
-
-// Deletes those in the containers directory from where they were found, when there is one. A nested match is
-// gone with its parent by then, which is logged as an error.
+// Deletes the directories at any depth below the containers directory whose names begin with "com.wendle.",
+// a nested one after its parent, each from the directory in which it was found. A nested match is gone with
+// its parent by then, which is logged as an error. Nothing happens when there is no containers directory.
 void removeFolderContainers();
 
 // Deletes the support folders and the main application.

@@ -9,7 +9,7 @@
 #include "client/bundle_identifier.h"
 #include "client/client_locations.h"
 #include "platform/directory_stream.h"
-#include "platform/file_presence.h"
+#include "platform/files.h"
 
 namespace wendle {
 namespace {

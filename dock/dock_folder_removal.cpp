@@ -10,7 +10,7 @@
 #include "base/text.h"
 #include "client/client_locations.h"
 #include "logging/uninstaller_logger.h"
-#include "platform/folder_lock.h"
+#include "platform/files.h"
 #include "platform/preferences.h"
 #include "system/tasks/task_helpers.h"
 
@@ -93,7 +93,7 @@ void planDockFolder(RemovalPlan& plan) {
 void removeDockFolder() {
   uninstallerLogger().log(LogLevel::progress, "Remove dock folder - started");
   // A second uninstaller that searched before and deleted after us would delete the tile that has moved up.
-  const FolderLock oneAtATime(clientLocations().preferencesDirectory);
+  const DirectoryLock oneAtATime(clientLocations().preferencesDirectory);
   const std::string location = findDockItem();
   if (location.empty()) {
     return uninstallerLogger().log(LogLevel::progress, "Remove dock folder - no dock item found");

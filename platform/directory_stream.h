@@ -33,8 +33,8 @@ class DirectoryStream {
   [[nodiscard]] int fd() const;
 
  private:
-  struct Body;
-  std::unique_ptr<Body> body_;
+  struct Implementation;
+  std::unique_ptr<Implementation> implementation_;
 };
 
 }  // namespace wendle

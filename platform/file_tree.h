@@ -11,7 +11,7 @@
 namespace wendle {
 
 // Removes the item at `path`, a directory with all its contents; removes a link, never what it leads to, at
-// any depth and also when somebody swaps directories for links meanwhile. Only links in the directories above
+// any depth and also when directories are replaced by links meanwhile. Only links in the directories above
 // the item are followed. Blocks until done; needs fewer than 40 descriptors whatever the depth. Memory grows
 // with the depth, and with the number of entries only in directories more than 22 levels down.
 //
@@ -25,12 +25,12 @@ namespace wendle {
 //
 // What cannot be removed is passed over and the rest is removed all the same; the result is then the error
 // that was met first, not the "directory not empty" that follows from it. A missing item is ENOENT; one that
-// vanishes from inside the tree meanwhile is success. A directory in which others create items meanwhile is
-// read again up to 16 times; such reading takes no longer than all the rest, or than two seconds.
+// vanishes from inside the tree meanwhile is success. A directory that gains entries meanwhile is read again,
+// at most 15 times, and no longer than the rest of the removal has taken or two seconds, whichever is more.
 [[nodiscard]] Status removeItem(const std::string& path);
 
-// A directory that is held open: what is found in it is removed from it, wherever its path leads by then.
-// Below it no link is followed. All paths are relative to it.
+// A directory that is held open: what is found in it is removed from it, even if its path leads elsewhere by
+// then. Below it no link is followed. All paths are relative to it.
 class FileTree {
  public:
   // Links in the directories above `path` are followed. Nothing is found in a missing directory, a plain file

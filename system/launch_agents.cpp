@@ -3,9 +3,9 @@
 #include <vector>
 
 #include "client/client_locations.h"
-#include "client/item_deletion.h"
+#include "client/client_removal.h"
 #include "logging/uninstaller_logger.h"
-#include "platform/file_presence.h"
+#include "platform/files.h"
 #include "system/tasks/task_helpers.h"
 
 namespace wendle {

@@ -6,7 +6,7 @@
 #include <cerrno>
 #include <system_error>
 
-#include "platform/file_presence.h"
+#include "platform/files.h"
 
 namespace wendle {
 

@@ -10,12 +10,12 @@
 namespace wendle {
 
 // getdents64(2) directly: two system calls for most directories, where readdir(3) needs four.
-struct DirectoryStream::Body {  // NOLINT(*-member-init): the kernel fills what is used of `buffer`
+struct DirectoryStream::Implementation {  // NOLINT(*-member-init): the kernel fills what is used of `buffer`
   UniqueFd fd;
   int failure = 0;
   size_t position = 0;
   size_t filled = 0;
-  alignas(dirent64) std::array<char, 32 * 1024> buffer;  // not zeroed for every folder
+  alignas(dirent64) std::array<char, 32 * 1024> buffer;  // not zeroed for every directory
 
   bool fill() {
     const auto count = retryOnInterrupt([&] { return ::getdents64(fd.get(), buffer.data(), buffer.size()); });
@@ -28,29 +28,32 @@ struct DirectoryStream::Body {  // NOLINT(*-member-init): the kernel fills what 
 
 namespace {
 
-EntryType typeOf(const dirent64& entry) {
+EntryType toEntryType(const dirent64& entry) {
   if (entry.d_type == DT_UNKNOWN) return EntryType::unknown;
   return entry.d_type == DT_DIR ? EntryType::directory : EntryType::other;
 }
 
 }  // namespace
 
-DirectoryStream::DirectoryStream(UniqueFd directory) : body_(new Body) { body_->fd = std::move(directory); }
+DirectoryStream::DirectoryStream(UniqueFd directory) : implementation_(new Implementation) {
+  implementation_->fd = std::move(directory);
+}
 DirectoryStream::DirectoryStream(DirectoryStream&&) noexcept = default;
 DirectoryStream& DirectoryStream::operator=(DirectoryStream&&) noexcept = default;
 DirectoryStream::~DirectoryStream() = default;
 
 std::optional<DirectoryEntry> DirectoryStream::next() {
-  while (body_->position < body_->filled || body_->fill()) {
-    const auto* entry = reinterpret_cast<const dirent64*>(&body_->buffer[body_->position]);
-    body_->position += entry->d_reclen;
+  while (implementation_->position < implementation_->filled || implementation_->fill()) {
+    const auto* entry =
+        reinterpret_cast<const dirent64*>(&implementation_->buffer[implementation_->position]);
+    implementation_->position += entry->d_reclen;
     const std::string_view name = entry->d_name;
-    if (name != "." && name != "..") return DirectoryEntry{std::string(name), typeOf(*entry)};
+    if (name != "." && name != "..") return DirectoryEntry{std::string(name), toEntryType(*entry)};
   }
   return std::nullopt;
 }
 
-int DirectoryStream::failure() const { return body_->failure; }
-int DirectoryStream::fd() const { return body_->fd.get(); }
+int DirectoryStream::failure() const { return implementation_->failure; }
+int DirectoryStream::fd() const { return implementation_->fd.get(); }
 
 }  // namespace wendle

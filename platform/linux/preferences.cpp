@@ -7,7 +7,7 @@
 #include <cstdio>
 
 #include "base/unique_fd.h"
-#include "platform/file_presence.h"
+#include "platform/files.h"
 #include "platform/linux/file_content.h"
 #include "platform/linux/property_list_file.h"
 #include "platform/process_environment.h"

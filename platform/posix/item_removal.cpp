@@ -90,11 +90,11 @@ class Removal {
     if (refusal == ENOTDIR || refusal == ELOOP) return removeFile(entry.name);
     const int failure = unlinkAt(entry.name, AT_REMOVEDIR);  // an empty one needs no opening
     if (failure == ENOTDIR) return removeFile(entry.name);   // nor does what only might have been one
-    if (failure != 0) note(isNotEmpty(failure) ? entered : posixError(failure));
+    if (failure != 0) recordFailure(isNotEmpty(failure) ? entered : posixError(failure));
   }
 
   void removeFile(const std::string& name) {
-    if (const int failure = unlinkAt(name, fileRemovalFlags)) note(posixError(failure));
+    if (const int failure = unlinkAt(name, fileRemovalFlags)) recordFailure(posixError(failure));
   }
 
   void finishDirectory() {
@@ -104,13 +104,13 @@ class Removal {
     const Status left = cursor_.leave();
     path_.resize(cursor_.depth());
     rereads_.leaveFor(cursor_.depth());
-    if (!left.ok()) return note(read.ok() ? left : read);
+    if (!left.ok()) return recordFailure(read.ok() ? left : read);
     const int failure = unlinkAt(directory.name, flags);
     if (failure == 0) return;
-    if (!read.ok()) return note(read);
-    if (!isNotEmpty(failure)) return note(posixError(failure));
+    if (!read.ok()) return recordFailure(read);
+    if (!isNotEmpty(failure)) return recordFailure(posixError(failure));
     if (directory.keepsSomething) return keepParent();
-    if (directory.pass == maxPasses || rereads_.isUp()) return note(posixError(failure));
+    if (directory.pass == maxPasses || rereads_.isUp()) return recordFailure(posixError(failure));
     rereads_.startAt(cursor_.depth() + 1);
     remove({directory.name, EntryType::directory}, directory.pass + 1);
   }
@@ -118,14 +118,13 @@ class Removal {
   // The errno value; 0 also for an entry that is already absent, unless it is the item itself.
   int unlinkAt(const std::string& name, int flags) {
     const auto unlink = [&] { return ::unlinkat(cursor_.fd(), name.c_str(), flags); };
-    if (retryOnInterrupt(unlink) == 0) return 0;
-    const int failure = errno;
+    int failure = retryOnInterrupt(unlink) == 0 ? 0 : errno;
     if (failure == EPERM && clearUserFlagsAt(cursor_.fd(), name))
-      return retryOnInterrupt(unlink) == 0 ? 0 : errno;
+      failure = retryOnInterrupt(unlink) == 0 ? 0 : errno;
     return failure == ENOENT && cursor_.depth() > 0 ? 0 : failure;
   }
 
-  void note(const Status& failure) {
+  void recordFailure(const Status& failure) {
     if (firstCause_.ok()) firstCause_ = failure;
     keepParent();
   }

@@ -15,15 +15,15 @@ namespace wendle {
 // open, with errno set, when it cannot be; ENOTDIR or ELOOP when `name` is no directory or is a link.
 [[nodiscard]] UniqueFd openDirectory(int parent, const std::string& name);
 
-// A place in a tree that is being visited. Every step is relative to an open descriptor and follows no link,
-// so nobody who swaps a directory for a link can lead a visit out of the tree; and none leads to another
-// volume.
+// A position in a tree that is being traversed. Every step is relative to an open descriptor, follows no link
+// and enters no other volume, so a directory that is replaced by a link meanwhile cannot lead out of the
+// tree.
 //
 // Trees may be deeper than there are descriptors. The first levels stay open while their subdirectories are
-// visited, and so does the parent of the current directory, since the way up from a directory that may not be
-// searched is closed. Those between are closed, with the entries they still had to list kept in memory, and
-// found again through the `..` of their subdirectory, or else by name from the levels that are open; it must
-// then be the very directory that was left.
+// visited, and so does the parent of the current directory, since `..` cannot be opened from a directory
+// without search permission. Those between are closed, with the entries they still had to list kept in
+// memory, and found again through the `..` of their subdirectory, or else by name from the levels that are
+// open; it must then be the very directory that was left.
 class TreeCursor {
  public:
   // How many directories are open above the current one at the most.
@@ -49,8 +49,8 @@ class TreeCursor {
   [[nodiscard]] std::optional<DirectoryEntry> next();
   [[nodiscard]] Status readStatus() const;
 
-  // Goes back to the parent. When it cannot be found again (somebody has moved it away), it returns why and
-  // goes up to the nearest level that can: look at depth().
+  // Goes back to the parent. When it cannot be found again (it was moved away), it returns why and goes up to
+  // the nearest level that can: see depth().
   [[nodiscard]] Status leave();
 
  private:

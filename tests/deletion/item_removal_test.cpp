@@ -157,7 +157,7 @@ TEST(Meanwhile, WhatVanishesIsNoError) {
   }
 }
 
-// So many times somebody makes so many files in the item when it has been emptied; to remove one takes
+// So many times so many files appear in the item when it has been emptied; to remove one takes
 // `seconds`.
 struct Growth {
   int times = 0, files = 0, seconds = 0;

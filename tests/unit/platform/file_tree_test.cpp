@@ -5,8 +5,7 @@
 
 #include <set>
 
-#include "platform/file_presence.h"
-#include "platform/folder_lock.h"
+#include "platform/files.h"
 #include "platform/posix/tree_cursor.h"
 #include "support/each.h"
 #include "support/processes.h"
@@ -98,17 +97,17 @@ TEST(FileTree, RemovesWhatItFoundFromWhereItWas) {
       "kept", [&](const auto& file) { return temp.text(file); }, bystanders);
 }
 
-TEST(FolderLock, KeepsOthersOutAndIsNotWaitedForForEver) {
+TEST(DirectoryLock, KeepsOthersOutUntilItsTimeout) {
   const TempDirectory temp;
   const UniqueFd folder(::open(temp.directory("folder").c_str(), O_RDONLY));
   const auto isFree = [&] { return ::flock(folder.get(), LOCK_SH | LOCK_NB) == 0; };
   {
-    const FolderLock lock(temp / "folder");
-    const FolderLock other(temp / "folder", std::chrono::milliseconds(20));
+    const DirectoryLock lock(temp / "folder");
+    const DirectoryLock other(temp / "folder", std::chrono::milliseconds(20));
     EXPECT_FALSE(isFree());
   }
   EXPECT_TRUE(isFree());
-  const FolderLock none(temp / "missing");
+  const DirectoryLock none(temp / "missing");
 }
 
 }  // namespace wendle

@@ -1,0 +1,33 @@
+#include "platform/files.h"
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+
+#include <cerrno>
+#include <thread>
+
+namespace wendle {
+
+bool fileExists(const std::string& path) {
+  struct stat status {};
+  return ::stat(path.c_str(), &status) == 0;
+}
+
+bool directoryExists(const std::string& path) {
+  struct stat status {};
+  return ::stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
+}
+
+DirectoryLock::DirectoryLock(const std::string& path, std::chrono::milliseconds timeout)
+    : directory_(::open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)) {
+  constexpr std::chrono::milliseconds interval(10);
+  const auto end = std::chrono::steady_clock::now() + timeout;
+  while (directory_.isOpen() && ::flock(directory_.get(), LOCK_EX | LOCK_NB) != 0) {
+    const bool isHeldElsewhere = errno == EWOULDBLOCK || errno == EINTR;
+    if (!isHeldElsewhere || std::chrono::steady_clock::now() >= end) return;
+    std::this_thread::sleep_for(interval);
+  }
+}
+
+}  // namespace wendle
