@@ -1,24 +1,15 @@
 #include "report/run_report.h"
 
-#include <array>
 #include <iterator>
 #include <set>
 #include <string_view>
 
+#include "app/modes.h"
 #include "client/client_locations.h"
 #include "platform/file_url.h"
 
 namespace wendle {
 namespace {
-
-struct ModeName {
-  std::string_view inLog;
-  std::string_view modeSwitch;
-};
-constexpr std::array<ModeName, 4> modes{{{"updates", "--updates"},
-                                         {"keep applications", "--soft"},
-                                         {"uninstall completely", "--hard"},
-                                         {"full", "--full"}}};
 
 constexpr std::string_view success = " - success";
 
@@ -32,8 +23,8 @@ std::optional<std::string> between(std::string_view text, std::string_view prefi
 
 std::string modeOf(const LogRecord& first) {
   const auto name = between(first.text, "Wendle Uninstaller - started in ", " mode");
-  for (const ModeName& mode : modes) {
-    if (name == mode.inLog) return std::string(mode.modeSwitch);
+  for (const ModeSwitch& modeSwitch : modeSwitches) {
+    if (name == modeSwitch.nameInLog) return std::string(modeSwitch.argument);
   }
   return {};
 }
