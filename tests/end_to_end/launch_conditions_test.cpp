@@ -1,4 +1,4 @@
-// However the uninstaller is started, and though it can keep no log, the hard mode takes its course.
+// However the uninstaller is started, and though it can keep no log, the hard mode runs all its steps.
 #include <gtest/gtest.h>
 
 #include <filesystem>
@@ -9,7 +9,7 @@
 namespace wendle::test {
 namespace {
 
-void expectCourse(mac::SimulatedMac& mac, const Lines& log, const mac::SessionOptions& options = {}) {
+void expectSequence(mac::SimulatedMac& mac, const Lines& log, const mac::SessionOptions& options = {}) {
   mac::installClient(mac);
   const RunResult seen = runUninstaller(mac, {"--hard"}, options);
   EXPECT_EQ(seen.outcome, "exit 0");
@@ -19,18 +19,18 @@ void expectCourse(mac::SimulatedMac& mac, const Lines& log, const mac::SessionOp
 
 TEST(LaunchConditions, ChangeNothingInTheSequence) {
   mac::SimulatedMac mac = mac::SimulatedMac::scratch();
-  expectCourse(mac, logIn(expectedLines("hard.txt", "run")),
-               {.closesStandardStreams = true,
-                .ignoresBrokenPipes = true,
-                .blocksAllSignals = true,
-                .descriptorLimit = 32,
-                .workingDirectory = "/Users/pat/Library/Containers"});
+  expectSequence(mac, logIn(expectedLines("hard.txt", "run")),
+                 {.closesStandardStreams = true,
+                  .ignoresBrokenPipes = true,
+                  .blocksAllSignals = true,
+                  .descriptorLimit = 32,
+                  .workingDirectory = "/Users/pat/Library/Containers"});
 }
 
 TEST(LaunchConditions, NeedNoPlaceForALog) {
   mac::SimulatedMac mac = mac::SimulatedMac::scratch();
   mac.addFile("/Users/pat/Library/Logs", "no folder");
-  expectCourse(mac, {});
+  expectSequence(mac, {});
   EXPECT_EQ(mac.read("/Users/pat/Library/Logs"), "no folder");
 }
 

@@ -26,7 +26,7 @@ std::pair<Lines::iterator, Lines::iterator> find(Lines& lines, const std::string
 
 // Tests run side by side, and several have their sections in one file.
 void rewrite(const std::string& file, const std::string& section, const Lines& seen) {
-  const int lock = ::open(pathOf(file).c_str(), O_RDONLY | O_CREAT | O_CLOEXEC, 0644);
+  const int lock = ::open(EXPECTED_TEXTS, O_RDONLY | O_CLOEXEC);
   while (::flock(lock, LOCK_EX) != 0 && errno == EINTR) continue;
   Lines lines = mac::split(mac::readFile(pathOf(file)), '\n');
   auto [begin, end] = find(lines, section);
@@ -34,7 +34,8 @@ void rewrite(const std::string& file, const std::string& section, const Lines& s
   if (begin == lines.end()) text.insert(text.begin(), {"", "== " + section});
   if (end != lines.end()) text.emplace_back();
   lines.insert(lines.erase(begin, end), text.begin(), text.end());
-  mac::writeFile(pathOf(file), joined(lines));
+  mac::writeFile(pathOf(file + ".new"), joined(lines));
+  mac::fs::rename(pathOf(file + ".new"), pathOf(file));  // whole at any moment for those who read it
   ::close(lock);
 }
 
