@@ -1,7 +1,8 @@
 // Memory, text, time and standard streams. What is here as it is has the same signature and meaning on both
 // systems (ISO C, POSIX); a FILE and a locale are only handed back. The numbers of clocks are those of
-// macOS's <time.h>, the table of characters is that of <runetype.h> and <ctype.h>.
+// macOS's <time.h>, the table of characters is that of <runetype.h>, <ctype.h> and <pwd.h>.
 #include <cxxabi.h>
+#include <pwd.h>
 #include <strings.h>
 #include <unistd.h>
 
@@ -12,6 +13,7 @@
 #include <cstring>
 #include <ctime>
 #include <cwchar>
+#include <memory>
 
 #include "simulated_mac/macos_program/darwin.h"
 #include "simulated_mac/macos_program/imports.h"
@@ -79,10 +81,42 @@ struct CharacterTable {
   }
 };
 
+const CharacterTable& characters() {
+  static const CharacterTable table;
+  return table;
+}
+
+struct DarwinUser {
+  char *name, *password;
+  uid_t user;
+  gid_t group;
+  std::int64_t changed;
+  char *accessClass, *fullName, *home, *shell;
+  std::int64_t expires;
+};
+
+// From the file of users, if the simulated Mac has one.
+const DarwinUser* findUser(uid_t wanted) {
+  static DarwinUser result;
+  const std::unique_ptr<std::FILE, int (*)(std::FILE*)> users(std::fopen("/etc/passwd", "re"), std::fclose);
+  const passwd* found = nullptr;
+  while (users != nullptr && (found = ::fgetpwent(users.get())) != nullptr && found->pw_uid != wanted)
+    continue;
+  if (found == nullptr) return nullptr;
+  static char noClass[] = "";
+  result = {found->pw_name, found->pw_passwd, found->pw_uid, found->pw_gid,   0,
+            noClass,        found->pw_gecos,  found->pw_dir, found->pw_shell, 0};
+  return &result;
+}
+
+int characterIs(std::int32_t character, unsigned long kinds) {
+  const bool isInTable = character >= 0 && character < 128;
+  return isInTable ? static_cast<int>(characters().types[character] & kinds) : 0;
+}
+
 }  // namespace
 
 Imports cLibraryImports() {
-  static const CharacterTable characters;
   static std::FILE *const in = stdin, *const out = stdout, *const err = stderr;
   static const Import imports[] = {
       provide("_malloc", WithErrno<std::malloc>::call),
@@ -100,6 +134,7 @@ Imports cLibraryImports() {
       provide("_bzero", ::bzero),
       provide("_memchr", static_cast<void* (*)(void*, int, std::size_t)>(std::memchr)),
       provide("_strcmp", std::strcmp),
+      provide("_getpwuid", findUser),
       provide("_strlen", std::strlen),
       // The C locale is the only one: the last argument, a locale, is not looked at.
       provide("_mbtowc_l", std::mbtowc),
@@ -109,7 +144,8 @@ Imports cLibraryImports() {
       provide("___error", darwinErrno),
       provide("_strerror", darwinErrorText),
       provide("_strerror_r", errorTextTo),
-      {"__DefaultRuneLocale", &characters},
+      {"__DefaultRuneLocale", &characters()},
+      provide("___maskrune", characterIs),
 
       provide("_clock_gettime", readClock),
       provide("_gmtime_r", WithErrno<::gmtime_r>::call),
@@ -127,6 +163,7 @@ Imports cLibraryImports() {
       provide("_fflush", WithErrno<std::fflush>::call),
       provide("_fread", std::fread),
       provide("_fwrite", std::fwrite),
+      provide("_fputs", WithErrno<std::fputs>::call),
       provide("_fputc", WithErrno<std::fputc>::call),
       {"_vfprintf", reinterpret_cast<const void*>(printToStream)},
   };

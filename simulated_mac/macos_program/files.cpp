@@ -177,6 +177,11 @@ int makeDirectoryAt(int fd, const char* path, mode_t mode) {
   return withErrno(::mkdirat(directoryAt(fd), path, mode));
 }
 
+int accessAt(int fd, const char* path, int mode, int flags) {
+  const int hostFlags = translated("faccessat", flags, 0x10, AT_EACCESS);
+  return withErrno(::faccessat(directoryAt(fd), path, mode, hostFlags));
+}
+
 int control(va_list list, int fd, int command) {
   const int argument = va_arg(list, int);
   switch (command) {
@@ -256,6 +261,8 @@ Imports fileImports() {
       provide("_closedir", closeDirectory),
       provide("_dirfd", descriptorOf),
       provide("_unlinkat", unlinkAt),
+      provide("_faccessat", accessAt),
+      provide("_umask", ::umask),
       provide("_mkdir", WithErrno<::mkdir>::call),
       provide("_mkdirat", makeDirectoryAt),
       provide("_umask", ::umask),

@@ -17,4 +17,16 @@ void registerObjectiveC(const Image& image);
 // Whatever GNUstep must be told before the first image is loaded.
 void startFoundation();
 
+// Of the current thread: what is autoreleased while this lives is released with it.
+class AutoreleasePool {
+ public:
+  AutoreleasePool();
+  AutoreleasePool(const AutoreleasePool&) = delete;
+  AutoreleasePool& operator=(const AutoreleasePool&) = delete;
+  ~AutoreleasePool();
+
+ private:
+  void* pool_;
+};
+
 }  // namespace wendle::macho

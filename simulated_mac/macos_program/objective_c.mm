@@ -161,6 +161,9 @@ const void* findClass(const std::string& import) {
   return nullptr;
 }
 
+AutoreleasePool::AutoreleasePool() : pool_(pushPool()) {}
+AutoreleasePool::~AutoreleasePool() { popPool(pool_); }
+
 Imports objectiveCImports() {
   static const Import imports[] = {
       provide("_objc_msgSend", sendMessage),
@@ -172,12 +175,12 @@ Imports objectiveCImports() {
       provide("_objc_retainAutorelease", retainAutorelease),
       provide("_objc_retainAutoreleaseReturnValue", retainAutorelease),
       provide("_objc_retainBlock", retainBlock),
+      provide("_objc_lookUpClass", objc_lookUpClass),
       provide("_objc_alloc", allocate),
       provide("_objc_alloc_init", allocateAndInit),
       provide("_objc_autoreleasePoolPush", pushPool),
       provide("_objc_autoreleasePoolPop", popPool),
       provide("_objc_enumerationMutation", refuseMutation),
-      provide("_objc_lookUpClass", objc_lookUpClass),
       {"__objc_empty_cache", &emptyCache},
   };
   return imports;

@@ -51,6 +51,7 @@ Start& start() {
 }  // namespace wendle::macho
 
 // The Mac's one user. A simulated Mac has no password database, in which GNUstep looks its user up.
+#pragma GCC visibility push(default)
 extern "C" {
 passwd* getpwuid(uid_t) { return &wendle::macho::user; }
 passwd* getpwnam(const char*) { return &wendle::macho::user; }
@@ -63,3 +64,4 @@ int getpwnam_r(const char*, passwd* result, char* buffer, size_t size, passwd** 
   return getpwuid_r(0, result, buffer, size, found);
 }
 }
+#pragma GCC visibility pop

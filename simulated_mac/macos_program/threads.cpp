@@ -14,6 +14,7 @@
 #include "platform/queues.h"
 #include "simulated_mac/macos_program/darwin.h"
 #include "simulated_mac/macos_program/imports.h"
+#include "simulated_mac/macos_program/objective_c.h"
 #include "simulated_mac/macos_program/refusal.h"
 
 namespace wendle::macho {
@@ -87,10 +88,13 @@ using Block = struct BlockLayout {
   void (*invoke)(BlockLayout*);
 };
 
-// The work that a block is; the copy lives as long as it.
+// The work that a block is; the copy lives as long as it. Each has an autorelease pool, as on macOS.
 std::function<void()> workOf(const Block* block) {
   const std::shared_ptr<Block> copy(static_cast<Block*>(_Block_copy(block)), _Block_release);
-  return [copy] { copy->invoke(copy.get()); };
+  return [copy] {
+    const AutoreleasePool pool;
+    copy->invoke(copy.get());
+  };
 }
 
 const char* globalQueue(std::intptr_t quality, std::uintptr_t flags) {

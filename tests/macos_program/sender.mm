@@ -1,0 +1,137 @@
+// Loads the macOS executable that its first argument names, without calling its `main`, and sends messages to
+// its classes, for a session on the simulated Mac; the second argument says which. It prints what comes back,
+// a line each.
+#include <unistd.h>
+
+#include <barrier>
+#include <future>
+#include <iostream>
+#include <map>
+#include <set>
+#include <vector>
+
+#import "app/AFXWendleUninstaller.h"
+#import "app/WendleUninstallerResources.h"
+#import "dock/AFXDockShortcutManager.h"
+#include "platform/linux/main_queue.h"
+#import "processes/NSRunningApplication+AFXExtensions.h"
+#include "simulated_mac/macos_program/image.h"
+#include "simulated_mac/macos_program/objective_c.h"
+#include "simulated_mac/macos_program/start.h"
+
+@interface FlagObserver : NSObject
+@end
+
+@implementation FlagObserver
+- (void)observeValueForKeyPath:(NSString*)path
+                      ofObject:(id)sender
+                        change:(NSDictionary*)change
+                       context:(void*)context {
+  std::cout << [path UTF8String] << " from " << [[change objectForKey:NSKeyValueChangeOldKey] intValue]
+            << " to " << [[change objectForKey:NSKeyValueChangeNewKey] intValue] << std::endl;
+}
+@end
+
+namespace wendle::test {
+namespace {
+
+Class uninstallerClass() { return objc_getClass("AFXWendleUninstaller"); }
+Class managerClass() { return objc_getClass("AFXDockShortcutManager"); }
+
+NSURL* fileUrl(const std::string& path) {
+  return [NSURL fileURLWithPath:[NSString stringWithUTF8String:path.c_str()]];
+}
+
+void printWhether(const char* what, bool is) { std::cout << what << (is ? " yes" : " no") << std::endl; }
+
+bool isOne(id (*instance)()) {
+  constexpr int callers = 8;
+  std::barrier together(callers);
+  std::vector<std::future<id>> calls;
+  const auto call = [&] { return together.arrive_and_wait(), instance(); };
+  while (calls.size() < callers) calls.push_back(std::async(std::launch::async, call));
+  std::set<id> seen;
+  for (auto& each : calls) seen.insert(each.get());
+  return seen.size() == 1 && !seen.contains(nil);
+}
+
+void askSharedInstances() {
+  printWhether("one uninstaller", isOne([]() -> id { return [uninstallerClass() shared]; }));
+  printWhether("one manager", isOne([]() -> id { return [managerClass() sharedInstance]; }));
+  Class resources = objc_getClass("WendleUninstallerResources");
+  printWhether("one bundle", [resources bundle] == [resources bundle] && [resources bundle] != nil);
+}
+
+void runUpdates() { [[uninstallerClass() shared] runInUpdatesMode]; }
+
+void terminateDesktop() {
+  [objc_getClass("NSRunningApplication")
+      terminateRunningApplicationsWithBundleIdentifier:@"com.wendle.DesktopClient"];
+}
+
+void askManager() {
+  AFXDockShortcutManager* manager = [managerClass() sharedInstance];
+  printWhether(
+      "flag is automatic",
+      [managerClass() automaticallyNotifiesObserversForKey:@"isChangingPersistenceOfShortcutInDock"]);
+  printWhether("others are", [managerClass() automaticallyNotifiesObserversForKey:@"other"]);
+  for (NSString* text : {@"file:///Users", @"file:///Nowhere/%C3%A9%3B", @"mailto:pat"}) {
+    NSString* fixed = [[manager fileURLWithFixedTrailingSlash:[NSURL URLWithString:text]] absoluteString];
+    std::cout << (fixed == nil ? "none" : [fixed UTF8String]) << std::endl;
+  }
+}
+
+// The same with the shared instance, and with another one whose flag a change under way has raised already.
+void changeTile(AFXDockShortcutManager* manager, NSURL* folder, bool overlaps) {
+  const auto printTile = [&] {
+    printWhether("tile", [manager getPersistenceOfShortcutInDockFolderURL:folder]);
+  };
+  printTile();
+  const NSKeyValueObservingOptions both = NSKeyValueObservingOptionOld | NSKeyValueObservingOptionNew;
+  NSString* flag = @"isChangingPersistenceOfShortcutInDock";
+  [manager addObserver:[[FlagObserver alloc] init] forKeyPath:flag options:both context:nullptr];
+  static bool isDone = false;
+  if (overlaps) [manager changePersistenceOfShortcutInDockFolderURL:folder add:YES completion:nil];
+  [manager
+      changePersistenceOfShortcutInDockFolderURL:folder
+                                             add:YES
+                                      completion:^(BOOL result) {
+                                        printWhether("completed", result);
+                                        printWhether("flag", manager.isChangingPersistenceOfShortcutInDock);
+                                        isDone = true;
+                                      }];
+  printWhether("flag", manager.isChangingPersistenceOfShortcutInDock);
+  serveMainQueueUntil([] { return isDone; });
+  printTile();
+  [manager changePersistenceOfShortcutInDockFolderURL:folder add:NO completion:nil];
+  while (manager.isChangingPersistenceOfShortcutInDock) ::usleep(10'000);
+  printTile();
+}
+
+// In the middle of a mode that `main` was started for; the class is asked to run it.
+void raiseInMode(const macho::Image& image) {
+  NSSetUncaughtExceptionHandler(+[](NSException*) { std::cout << "previous handler" << std::endl; });
+  void (*raise)(id, SEL) = [](id, SEL) { [NSException raise:@"Name" format:@"reason"]; };
+  Method mode = class_getInstanceMethod(uninstallerClass(), @selector(runInUpdatesMode));
+  method_setImplementation(mode, reinterpret_cast<IMP>(raise));
+  (void)image.runMain();
+}
+
+}  // namespace
+}  // namespace wendle::test
+
+int main() {
+  using namespace wendle::test;
+  const char* const* arguments = wendle::macho::start().arguments;
+  const std::string verb = arguments[1], argument = arguments[2] == nullptr ? "" : arguments[2];
+  wendle::macho::startFoundation();
+  const wendle::macho::Image& image = wendle::macho::Image::load(arguments[0]);
+  if (verb == "instances") askSharedInstances();
+  if (verb == "updates") runUpdates();
+  if (verb == "terminate") terminateDesktop();
+  if (verb == "manager") askManager();
+  if (verb == "change") changeTile([managerClass() sharedInstance], fileUrl(argument), false);
+  if (verb == "overlap") changeTile([[managerClass() alloc] init], fileUrl(argument), true);
+  if (verb == "raise") raiseInMode(image);
+  return 0;
+}
