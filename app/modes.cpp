@@ -9,7 +9,7 @@
 #include "client/client_locations.h"
 #include "client/client_removal.h"
 #include "dock/dock_folder_removal.h"
-#include "logging/uninstaller_logger.h"
+#include "logging/logger.h"
 #include "processes/process_termination.h"
 #include "system/keychain_items.h"
 #include "system/launch_agents.h"

@@ -1,7 +1,7 @@
 #include "client/client_removal.h"
 
 #include "client/client_locations.h"
-#include "logging/uninstaller_logger.h"
+#include "logging/logger.h"
 #include "platform/file_tree.h"
 #include "platform/files.h"
 #include "system/tasks/task_helpers.h"

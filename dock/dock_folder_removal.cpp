@@ -9,7 +9,7 @@
 
 #include "base/text.h"
 #include "client/client_locations.h"
-#include "logging/uninstaller_logger.h"
+#include "logging/logger.h"
 #include "platform/files.h"
 #include "platform/preferences.h"
 #include "system/tasks/task_helpers.h"

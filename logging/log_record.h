@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "logging/log_level.h"
+#include "logging/logger.h"
 
 namespace wendle {
 

@@ -40,4 +40,10 @@ void Logger::write(std::string_view record) {
   if (parent_ != nullptr) parent_->write(record);
 }
 
+Logger& uninstallerLogger() {
+  static Logger* const logger =
+      Logger::module().subLogger("uninstaller", {}, InheritDestinations::yes).release();
+  return *logger;
+}
+
 }  // namespace wendle

@@ -8,10 +8,26 @@
 #include <vector>
 
 #include "base/error.h"
-#include "logging/log_destination.h"
-#include "logging/log_level.h"
 
 namespace wendle {
+
+// Levels are numbers; these two are in use.
+enum class LogLevel : int {
+  progress = 1,  // progress and information
+  failure = 4,   // a failure that a step reports in its own words and then passes over
+};
+
+// Somewhere records go.
+class LogDestination {
+ public:
+  LogDestination() = default;
+  LogDestination(const LogDestination&) = delete;
+  LogDestination& operator=(const LogDestination&) = delete;
+  virtual ~LogDestination() = default;
+
+  // Takes one whole record, its line end included. Never fails towards the caller; called from any thread.
+  virtual void write(std::string_view record) = 0;
+};
 
 using LogDestinations = std::vector<std::shared_ptr<LogDestination>>;
 
@@ -45,5 +61,9 @@ class Logger {
   LogDestinations destinations_;
   Logger* parent_;  // whose destinations are inherited, or null
 };
+
+// The logger called `uninstaller` that every step writes through: a sub-logger of the module logger with its
+// destinations and none of its own. Built on first use, once, and never released.
+[[nodiscard]] Logger& uninstallerLogger();
 
 }  // namespace wendle

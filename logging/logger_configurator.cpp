@@ -9,25 +9,25 @@
 namespace wendle {
 namespace {
 
-std::optional<LogFolder>& configuredFolder() {
-  static std::optional<LogFolder> folder;
-  return folder;
+std::optional<LogDirectory>& configuredDirectory() {
+  static std::optional<LogDirectory> directory;
+  return directory;
 }
 
 }  // namespace
 
 void LoggerConfigurator::setupModuleLoggerWithSystem(const std::string& system) {
-  auto& folder = configuredFolder();
-  folder.emplace(standardDirectoryPath(StandardDirectory::userLibrary), system);
-  Logger::module().addDestination(std::make_shared<LogFile>(*folder, std::chrono::system_clock::now()));
+  auto& directory = configuredDirectory();
+  directory.emplace(standardDirectoryPath(StandardDirectory::userLibrary), system);
+  Logger::module().addDestination(std::make_shared<LogFile>(*directory, std::chrono::system_clock::now()));
 }
 
 std::vector<FileUrl> LoggerFileManager::getSortedLogFiles() {
   std::vector<FileUrl> files;
-  const auto& folder = configuredFolder();
-  if (!folder) return files;
-  for (const std::string& name : folder->sortedNames()) {
-    files.push_back(FileUrl::fileUrlWithPath(folder->path() + "/" + name));
+  const auto& directory = configuredDirectory();
+  if (!directory) return files;
+  for (const std::string& name : directory->sortedNames()) {
+    files.push_back(FileUrl::fileUrlWithPath(directory->path() + "/" + name));
   }
   return files;
 }

@@ -10,8 +10,8 @@ namespace wendle {
 // Sets the logging of this process up.
 class LoggerConfigurator {
  public:
-  // Gives the module logger its destination: the log file of this run in the current user's library folder,
-  // named after `system`. To be called once, before the first record; touches no file itself.
+  // Gives the module logger its destination: the log file of this run in the current user's library
+  // directory, named after `system`. To be called once, before the first record; touches no file itself.
   static void setupModuleLoggerWithSystem(const std::string& system);
 };
 

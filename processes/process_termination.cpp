@@ -3,7 +3,7 @@
 #include <array>
 
 #include "client/bundle_identifier.h"
-#include "logging/uninstaller_logger.h"
+#include "logging/logger.h"
 #include "platform/running_applications.h"
 
 namespace wendle {

@@ -21,12 +21,13 @@ std::optional<std::string> between(std::string_view text, std::string_view prefi
   return std::string(text.substr(prefix.size(), text.size() - prefix.size() - suffix.size()));
 }
 
-std::string modeOf(const LogRecord& first) {
+// None when the line is not the first of a run.
+std::optional<Mode> startedMode(const LogRecord& first) {
   const auto name = between(first.text, "Wendle Uninstaller - started in ", " mode");
-  for (const ModeSwitch& modeSwitch : modeSwitches) {
-    if (name == modeSwitch.nameInLog) return std::string(modeSwitch.argument);
+  for (const ModeSwitch& entry : modeSwitches) {
+    if (name == entry.nameInLog) return entry.mode;
   }
-  return {};
+  return std::nullopt;
 }
 
 // The item of a line of the deleting steps: "Delete Folder - ITEM" and its siblings.
@@ -54,24 +55,24 @@ std::optional<std::string> toolRun(std::string_view text) {
 class RemovedItems {
  public:
   void add(const std::string& item) {
-    const std::string folder = asFolder(item);
+    const std::string directory = asDirectory(item);
     if (holds(item)) return;
-    auto next = folders_.lower_bound(folder);
-    while (next != folders_.end() && next->starts_with(folder)) next = folders_.erase(next);
-    folders_.insert(next, folder);
+    auto next = directories_.lower_bound(directory);
+    while (next != directories_.end() && next->starts_with(directory)) next = directories_.erase(next);
+    directories_.insert(next, directory);
   }
 
-  // As itself, or in a folder.
+  // As itself, or in a directory.
   bool holds(const std::string& item) const {
-    const std::string folder = asFolder(item);
-    const auto next = folders_.upper_bound(folder);
-    return next != folders_.begin() && folder.starts_with(*std::prev(next));
+    const std::string directory = asDirectory(item);
+    const auto next = directories_.upper_bound(directory);
+    return next != directories_.begin() && directory.starts_with(*std::prev(next));
   }
 
  private:
-  static std::string asFolder(const std::string& item) { return item.ends_with('/') ? item : item + "/"; }
+  static std::string asDirectory(const std::string& item) { return item.ends_with('/') ? item : item + "/"; }
 
-  std::set<std::string> folders_;
+  std::set<std::string> directories_;
 };
 
 class Reader {
@@ -126,10 +127,10 @@ bool isDeletionOf(const std::string& path, std::string_view line) {
 }
 
 // The soft and hard modes say goodbye; the other two end with the last item that they delete.
-bool isLastLine(const std::string& mode, const LogRecord& last) {
+bool isLastLine(Mode mode, const LogRecord& last) {
   if (last.logger == "module") return false;
-  if (mode == "--full") return isDeletionOf(clientLocations().preferenceFilePaths.back(), last.text);
-  if (mode != "--updates") return last.text.starts_with("Removal Completed - ");
+  if (mode == Mode::full) return isDeletionOf(clientLocations().preferenceFilePaths.back(), last.text);
+  if (mode != Mode::updates) return last.text.starts_with("Removal Completed - ");
   return isDeletionOf(clientLocations().searchExtensionPreferencesPath, last.text) ||
          last.text.find("/WendleExtension.app") != std::string::npos;
 }
@@ -137,9 +138,10 @@ bool isLastLine(const std::string& mode, const LogRecord& last) {
 }  // namespace
 
 std::optional<RunReport> reportOf(const LogText& log) {
+  const auto mode = startedMode(log.records.front());
+  if (!mode) return std::nullopt;
   RunReport report;
-  report.mode = modeOf(log.records.front());
-  if (report.mode.empty()) return std::nullopt;
+  report.mode = modeSwitch(*mode);
   report.start = log.records.front().time;
   report.duration = log.records.back().time - report.start;
   Reader reader(report);
@@ -147,7 +149,7 @@ std::optional<RunReport> reportOf(const LogText& log) {
   for (const size_t line : log.unreadableLines) {
     report.failed.push_back({"line " + std::to_string(line) + " of the log", "is no record"});
   }
-  report.reachedEnd = !log.isCutOff && isLastLine(report.mode, log.records.back());
+  report.reachedEnd = !log.isCutOff && isLastLine(*mode, log.records.back());
   return report;
 }
 

@@ -23,7 +23,7 @@ struct RunReport {
   std::vector<std::string>
       notThere;  // looked for and absent; what the run itself had removed before is left out
   std::vector<std::string>
-      toolsRun;  // ran to their end, whatever they achieved: nobody looks at their exit status
+      toolsRun;                    // ran to their end, whatever they achieved: their exit status is ignored
   std::vector<FailedItem> failed;  // each with its cause
   // The run wrote its last line. With --updates that line may be followed by the search extension's
   // application, whose line is written when it is gone: a run that ended while rm was at it looks complete.

@@ -3,7 +3,7 @@
 #include <array>
 
 #include "client/client_locations.h"
-#include "logging/uninstaller_logger.h"
+#include "logging/logger.h"
 #include "system/tasks/task_helpers.h"
 
 namespace wendle {

@@ -4,7 +4,7 @@
 
 #include "client/client_locations.h"
 #include "client/client_removal.h"
-#include "logging/uninstaller_logger.h"
+#include "logging/logger.h"
 #include "platform/files.h"
 #include "system/tasks/task_helpers.h"
 

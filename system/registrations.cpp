@@ -1,6 +1,6 @@
 #include "system/registrations.h"
 
-#include "logging/uninstaller_logger.h"
+#include "logging/logger.h"
 #include "system/tasks/task_helpers.h"
 
 namespace wendle {

@@ -20,8 +20,8 @@ static const std::string folder = "Library/Logs/Wendle";
 static const std::string ownName = "uninstaller-20161121T074000Z-" + std::to_string(::getpid()) + ".log";
 static const std::string ownFile = folder + "/" + ownName;
 
-static LogFolder folderIn(const TempDirectory& temp) { return {temp / "Library", "uninstaller"}; }
-static void logTo(const TempDirectory& temp) { LogFile(folderIn(temp), start).write("record\n"); }
+static LogDirectory directoryIn(const TempDirectory& temp) { return {temp / "Library", "uninstaller"}; }
+static void logTo(const TempDirectory& temp) { LogFile(directoryIn(temp), start).write("record\n"); }
 
 TEST(LogRecord, IsOneEscapedLine) {
   EXPECT_EQ(logRecord(start, LogLevel::progress, "module", "Unload Wendle - é😔\xFF \"a\""),
@@ -59,7 +59,7 @@ TEST(Logger, WritesOneRecordAfterTheOther) {
 
 TEST(LogFile, IsMadePrivateWithTheFirstRecord) {
   const TempDirectory temp;
-  LogFile log(folderIn(temp), start);
+  LogFile log(directoryIn(temp), start);
   EXPECT_EQ(temp.contents(), Texts());
   const mode_t usual = ::umask(0777);
   log.write("one\n");
@@ -88,7 +88,7 @@ TEST(LogFile, NewestTenAreKeptAndOtherNamesAreLeftAlone) {
     each(plant, names);
   logTo(temp);
   kept.insert(kept.begin(), ownName);
-  EXPECT_EQ(folderIn(temp).sortedNames(), kept);
+  EXPECT_EQ(directoryIn(temp).sortedNames(), kept);
   expectAll(
       "kept", [&](const std::string& other) { return temp.text(folder + "/" + other); }, others);
 }
@@ -107,7 +107,7 @@ TEST(LogFile, IsSortedByItsOwnTimeWhenItsNameLiesAhead) {
                           plant("20160101T120000Z-1", noon + 1h), plant("20990101T000000Z-1", noon),
                           plant("20160101T115959Z-1", noon), plant("20980101T000000Z-1", future)};
   ASSERT_EQ(::mkfifo((temp / folder + "/uninstaller-20160101T130000Z-1.log").c_str(), S_IRUSR), 0);
-  EXPECT_EQ(folderIn(temp).sortedNames(), newestFirst);
+  EXPECT_EQ(directoryIn(temp).sortedNames(), newestFirst);
 }
 
 TEST(LogFile, StaysThoughTheOthersAreOfALaterTime) {
@@ -116,14 +116,14 @@ TEST(LogFile, StaysThoughTheOthersAreOfALaterTime) {
     temp.file(folder + "/uninstaller-20990101T000000Z-" + std::to_string(i) + ".log");
   logTo(temp);
   EXPECT_EQ(temp.text(ownFile), "record\n");
-  EXPECT_EQ(folderIn(temp).sortedNames().size(), LogFolder::filesKept);
+  EXPECT_EQ(directoryIn(temp).sortedNames().size(), LogDirectory::filesKept);
 }
 
 TEST(LogFile, ATornRecordStaysALineOfItsOwn) {
   const TempDirectory temp;
   inFork([&] {
     initProcessState();  // a file that grows too large is no signal then
-    LogFile log(folderIn(temp), start);
+    LogFile log(directoryIn(temp), start);
     const auto writeUpTo = [&](rlim_t size, std::string_view record) {
       const rlimit limit{size, RLIM_INFINITY};
       ::setrlimit(RLIMIT_FSIZE, &limit);
