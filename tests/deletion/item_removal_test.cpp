@@ -124,11 +124,11 @@ TEST(ManyErrors, OfReadingIsNotLostWhenTheDirectoryIsClosed) {
 TEST(DeepTree, NeedsFewDescriptorsAndEachWayUpOnce) {
   for (const int failure : {0, EACCES}) {  // of the way up: the directories are then found again by name
     const TempDirectory temp;
-    constexpr int closedLevels = 20;
-    for (int depth = TreeCursor::maxOpenLevels + closedLevels; depth > 0; --depth)
+    constexpr size_t closedLevels = 20;
+    for (size_t depth = TreeCursor::maxOpenLevels + closedLevels; depth > 0; --depth)
       for (const char* leaf : {"/a", "/z"}) temp.directory(levelAt(depth) + leaf);
     const auto descriptors = openDescriptors();
-    int waysUp = 0;
+    size_t waysUp = 0;
     syscallHook = [&](Syscall call, const std::string& item) {
       EXPECT_LT(openDescriptors() - descriptors, 30);
       const bool isWayUp = call == Syscall::open && item.empty();

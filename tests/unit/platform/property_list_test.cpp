@@ -68,7 +68,7 @@ std::string nestedBinary(size_t levels, size_t references) {
 TEST(PropertyListFile, IsNoneForWhatWouldTakeUnboundedStackOrMemory) {
   for (const auto& bounded : {nestedXml(512), nestedBinary(512, 1), nestedBinary(16, 2)})
     EXPECT_TRUE(parsePropertyList(bounded)) << bounded.substr(0, 8);
-  for (const size_t levels : {513, 100'000, 2'000'000})
+  for (const size_t levels : {513U, 100'000U, 2'000'000U})
     EXPECT_FALSE(parsePropertyList(nestedXml(levels))) << levels;
   EXPECT_FALSE(parsePropertyList(nestedBinary(513, 1)));
   EXPECT_FALSE(parsePropertyList(nestedBinary(10'000, 1)));
