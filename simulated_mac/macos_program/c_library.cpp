@@ -1,7 +1,6 @@
 // Memory, text, time and standard streams. What is here as it is has the same signature and meaning on both
 // systems (ISO C, POSIX); a FILE and a locale are only handed back. The numbers of clocks are those of
 // macOS's <time.h>, the table of characters is that of <runetype.h>, <ctype.h> and <pwd.h>.
-#include <cxxabi.h>
 #include <pwd.h>
 #include <strings.h>
 #include <unistd.h>
@@ -20,6 +19,8 @@
 #include "simulated_mac/macos_program/refusal.h"
 #include "simulated_mac/macos_program/start.h"
 #include "simulated_mac/macos_program/variadic.h"
+
+extern "C" int callAtExit(void (*)(void*), void*, void*) asm("__cxa_atexit");
 
 namespace wendle::macho {
 namespace {
@@ -127,7 +128,7 @@ Imports cLibraryImports() {
       provide("_abort", std::abort),
       provide("___stack_chk_fail", std::abort),
       {"___stack_chk_guard", &stackGuard},
-      provide("___cxa_atexit", abi::__cxa_atexit),
+      provide("___cxa_atexit", callAtExit),
       {"_environ", &start().environment},
 
       provide("___bzero", ::bzero),
