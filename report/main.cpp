@@ -84,9 +84,10 @@ int reportRun(CommandLine line) {
   const auto text = contents(file.get());
   if (!text) return complain("cannot read " + line.file + ": " + posixError(errno).description);
   const auto log = parseLog(*text);
-  const auto read = log ? reportOf(*log) : std::nullopt;
+  auto read = log ? reportOf(*log) : std::nullopt;
   if (!read) return complain(line.file + " is no log of the uninstaller");
   if (const auto why = whyNotAskedAbout(*read, line); !why.empty()) return complain(line.file + why);
+  if (line.wantsRecheck) recheck(*read);
   const int status = read->isGood() ? good : bad;
   return print(line.wantsJson ? asJson(*read, {line.file, ownerName(file.get())}) : asText(*read), status);
 }

@@ -42,23 +42,23 @@ std::string asText(const RunReport& report) {
   for (const auto& [item, cause] : report.failed)
     failures.push_back(cause.empty() ? item : item + ": " + cause);
   text += section("Failed", failures);
+  if (report.removedLater) text += section("Removed later", *report.removedLater);
   return text + asSentence(report) + "\n";
 }
 
 std::string asJson(const RunReport& report, const ReportedLog& log) {
-  return answerObject()
-             .add("user", log.user)
-             .add("log", log.path)
-             .add("mode", report.mode)
-             .add("started", utcText(report.start))
-             .addNumber("seconds", secondsText(report.duration))
-             .addArray("removed", report.removed, jsonText)
-             .addArray("notThere", report.notThere, jsonText)
-             .addArray("toolsRun", report.toolsRun, jsonText)
-             .addArray("failed", report.failed, failedJson)
-             .add("reachedEnd", report.reachedEnd)
-             .text() +
-         "\n";
+  JsonObject object = answerObject();
+  object.add("user", log.user)
+      .add("log", log.path)
+      .add("mode", report.mode)
+      .add("started", utcText(report.start))
+      .addNumber("seconds", secondsText(report.duration))
+      .addArray("removed", report.removed, jsonText)
+      .addArray("notThere", report.notThere, jsonText)
+      .addArray("toolsRun", report.toolsRun, jsonText)
+      .addArray("failed", report.failed, failedJson);
+  if (report.removedLater) object.addArray("removedLater", *report.removedLater, jsonText);
+  return object.add("reachedEnd", report.reachedEnd).text() + "\n";
 }
 
 }  // namespace wendle

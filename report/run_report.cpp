@@ -1,5 +1,9 @@
 #include "report/run_report.h"
 
+#include <sys/stat.h>
+
+#include <cerrno>
+#include <charconv>
 #include <iterator>
 #include <set>
 #include <string_view>
@@ -135,7 +139,38 @@ bool isLastLine(Mode mode, const LogRecord& last) {
          last.text.find("/WendleExtension.app") != std::string::npos;
 }
 
+// The path in a file URL of the log; empty for any other item.
+std::string pathInUrl(std::string_view url) {
+  constexpr std::string_view scheme = "file://";
+  if (!url.starts_with(scheme)) return {};
+  std::string path;
+  for (url.remove_prefix(scheme.size()); !url.empty(); url.remove_prefix(1)) {
+    unsigned char byte = 0;
+    const char* code = url.data() + 1;
+    const bool isEscaped =
+        url.front() == '%' && url.size() > 2 && std::from_chars(code, code + 2, byte, 16).ptr == code + 2;
+    path += isEscaped ? static_cast<char>(byte) : url.front();
+    if (isEscaped) url.remove_prefix(2);
+  }
+  while (path.size() > 1 && path.ends_with('/')) path.pop_back();  // a link is not to be followed
+  return path;
+}
+
+bool isGone(const FailedItem& failed) {
+  const std::string path = pathInUrl(failed.item);
+  struct stat status {};
+  return !path.empty() && ::lstat(path.c_str(), &status) != 0 && errno == ENOENT;
+}
+
 }  // namespace
+
+void recheck(RunReport& report) {
+  report.removedLater.emplace();
+  for (const FailedItem& failed : report.failed) {
+    if (isGone(failed)) report.removedLater->push_back(failed.item);
+  }
+  std::erase_if(report.failed, isGone);
+}
 
 std::optional<RunReport> reportOf(const LogText& log) {
   const auto mode = startedMode(log.records.front());

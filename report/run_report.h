@@ -25,6 +25,7 @@ struct RunReport {
   std::vector<std::string>
       toolsRun;                    // ran to their end, whatever they achieved: their exit status is ignored
   std::vector<FailedItem> failed;  // each with its cause
+  std::optional<std::vector<std::string>> removedLater;  // by recheck(): not deleted, and gone by now
   // The run wrote its last line. With --updates that line may be followed by the search extension's
   // application, whose line is written when it is gone: a run that ended while rm was at it looks complete.
   bool reachedEnd = false;
@@ -41,6 +42,10 @@ struct ReportedLog {
 
 // None when the records are not those of a run: the first line names a mode.
 [[nodiscard]] std::optional<RunReport> reportOf(const LogText& log);
+
+// Looks at the disk for each item that could not be deleted, and moves those that are not there any more from
+// `failed` to `removedLater`. A link counts as itself; what this user may not look at stays.
+void recheck(RunReport& report);
 
 // The run in one sentence, without a line end.
 [[nodiscard]] std::string asSentence(const RunReport& report);

@@ -153,6 +153,28 @@ INSTANTIATE_TEST_SUITE_P(
 
 std::string complaint(const std::string& sentence) { return "wendle-uninstall-report: " + sentence + ".\n"; }
 
+TEST(ReportTest, CountsNoFailureToDeleteWhatIsGoneByNow) {
+  SimulatedMac mac = SimulatedMac::scratch();
+  mac.addLink("/link to nothing", "/nothing");
+  mac.addDirectory("/left");
+  std::string log = start + "uninstall completely mode\n";
+  for (const char* item : {"gone%20%C3%A9/", "left/", "link%20to%20nothing/"}) {
+    log += later + "[error] uninstaller: Delete Folder - file:///" + item +
+           ": Error Domain=NSPOSIXErrorDomain Code=13 \"Permission denied\"\n";
+  }
+  mac.addFile("/a", log + later + "[4] uninstaller: Invalid dock item location: none\n" + goodbye);
+  const std::string seen = runReport(mac, {"--json", "--recheck", "/a"}).out;
+  EXPECT_NE(seen.find("\"removedLater\": [\"file:///gone%20%C3%A9/\"]"), seen.npos) << seen;
+  for (const char* item : {"file:///left/", "file:///link%20to%20nothing/", "Invalid dock item location"})
+    EXPECT_NE(seen.find(std::string("{\"item\": \"") + item), seen.npos) << seen;
+  mac.addFile("/a",
+              start + "uninstall completely mode\n" + later +
+                  "[error] uninstaller: Delete Folder - file:///gone/: Error Domain=X Code=13 \"denied\"\n" +
+                  goodbye);
+  EXPECT_EQ(runReport(mac, {"/a"}).outcome, "exit 1");
+  EXPECT_EQ(runReport(mac, {"--recheck", "/a"}).outcome, "exit 0");
+}
+
 TEST(ReportTest, TakesTheNewestLogAndRefusesWrongUse) {
   SimulatedMac mac = SimulatedMac::scratch();
   EXPECT_EQ(runReport(mac, {}).err, complaint("this user has no log of the uninstaller"));
