@@ -67,8 +67,9 @@ TEST(ConsoleUserTest, HasTheClientTakenOutWholeWhateverTheCallerIsLike) {
   const mac::Verdict verdict = mac::judge(mac, {"--hard"}, before, seen.processes);
   EXPECT_EQ(verdict.outside, Lines{"added: /var/run/wendle-uninstaller.lock"});
   EXPECT_EQ(verdict.leftBehind, Lines{});
-  const std::string preview = run(mac, tools + "report-for-console-user preview --hard").outcome;
-  EXPECT_EQ(preview, "exit 0") << "a management tool would uninstall for ever";
+  const std::string preview = tools + "report-for-console-user preview --hard";
+  EXPECT_EQ(mac.run("/bin/sh", {"-c", preview}, {.startsProcesses = false, .asRoot = true}).outcome, "exit 0")
+      << "a management tool would uninstall for ever";
 }
 
 TEST(ConsoleUserTest, DeletesAsRootOnlyTheClientsApplications) {
