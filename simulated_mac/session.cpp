@@ -29,6 +29,43 @@ int runSandbox(const Strings& arguments, const fs::path& directory) {
   return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
 }
 
+// The user of the Mac holds no privilege, even if the host's does: file permissions count there.
+Strings sandboxOptions(const fs::path& root, const SessionOptions& options) {
+  Strings words = split("--unshare-all --unshare-user --die-with-parent --as-pid-1", ' ');
+  append(words,
+         split(options.asRoot ? "--uid 0 --gid 0 --cap-add ALL" : "--uid 501 --gid 20 --cap-drop ALL", ' '));
+  append(words, {"--bind", root, "/", "--ro-bind", "/", "/host"});
+  append(words, split("--proc /proc --dev /dev --tmpfs /tmp --chdir /", ' '));
+  append(words, options.mounts);
+  return words;
+}
+
+Strings logLines(const Snapshot& snapshot) {
+  std::string log;
+  for (const auto& [path, entry] : snapshot) {
+    const bool isLog = path.starts_with(home + "/Library/Logs/Wendle/");
+    if (isLog && entry.type == fs::file_type::regular) log += entry.content;
+  }
+  return split(log, '\n');
+}
+
+// What the session has left in `mac`. `status` is bubblewrap's exit status.
+SessionResult readResult(const SimulatedMac& mac, int status) {
+  const Strings outcome = split(mac.read("/.simulation/result"));
+  if (outcome.empty() && status == 127) throw std::runtime_error("bubblewrap (bwrap) is not installed.");
+  const std::string why = split(mac.read("/.simulation/errors") + "\n", '\n').front();
+  if (outcome.empty()) throw std::runtime_error("There can be no simulated Mac here: " + why);
+  SessionResult result;
+  result.outcome = outcome.front();
+  for (auto end = outcome.begin() + 1; end != outcome.end(); ++end)
+    result.processes.push_back(static_cast<ProcessOutcome>(std::atoi(end->c_str())));
+  result.out = mac.read("/.simulation/out");
+  result.err = mac.read("/.simulation/err");
+  result.journal = readJournal(mac.at(journalDirectory));
+  result.log = logLines(mac.snapshot());
+  return result;
+}
+
 // The command line that turns a shell of the session into the program, as the options want it.
 Strings programCommand(const SessionOptions& options) {
   std::string script =
@@ -66,13 +103,7 @@ SessionResult SimulatedMac::run(const fs::path& program, const Strings& argument
   writeFaults(at(faultsFile), faults_);
   ::mkfifo(at(inputFile).c_str(), S_IRUSR | S_IWUSR);
   installTools();
-  // The user of the Mac holds no privilege, even if the host's does: file permissions count there.
-  Strings command = split("--unshare-all --unshare-user --die-with-parent --as-pid-1", ' ');
-  append(command,
-         split(options.asRoot ? "--uid 0 --gid 0 --cap-add ALL" : "--uid 501 --gid 20 --cap-drop ALL", ' '));
-  append(command, {"--bind", root(), "/", "--ro-bind", "/", "/host"});
-  append(command, split("--proc /proc --dev /dev --tmpfs /tmp --chdir /", ' '));
-  append(command, options.mounts);
+  Strings command = sandboxOptions(root(), options);
   command.push_back(sessionProgram);
   if (options.asRoot) command.emplace_back("root");
   for (const auto& [name, identifier, job, stubborn] : processes_) {
@@ -84,24 +115,7 @@ SessionResult SimulatedMac::run(const fs::path& program, const Strings& argument
   append(command, arguments);
 
   const int status = runSandbox(command, at("/.simulation"));
-  const Strings outcome = split(read("/.simulation/result"));
-  if (outcome.empty() && status == 127) throw std::runtime_error("bubblewrap (bwrap) is not installed.");
-  const std::string why = split(read("/.simulation/errors") + "\n", '\n').front();
-  if (outcome.empty()) throw std::runtime_error("There can be no simulated Mac here: " + why);
-  SessionResult result;
-  result.outcome = outcome.front();
-  for (const std::string& end : outcome)
-    result.processes.push_back(static_cast<ProcessOutcome>(std::atoi(end.c_str())));
-  result.processes.erase(result.processes.begin());
-  result.out = read("/.simulation/out");
-  result.err = read("/.simulation/err");
-  result.journal = readJournal(at(journalDirectory));
-  std::string log;
-  for (const auto& [path, entry] : snapshot()) {
-    const bool isLog = path.starts_with(home + "/Library/Logs/Wendle/");
-    if (isLog && entry.type == fs::file_type::regular) log += entry.content;
-  }
-  result.log = split(log, '\n');
+  SessionResult result = readResult(*this, status);
   fs::remove(at(faultsFile));
   installTools();
   return result;
