@@ -88,6 +88,8 @@ remove_immutable() { chflags nouchg $scratch/immutable }
 make_denied() { mkdir $scratch/denied && : >$scratch/denied/file && chmod 500 $scratch/denied }
 remove_denied() { chmod 700 $scratch/denied }
 
+has_ended() { ! kill -0 $1 2>/dev/null }
+
 # What the file manager says of a removal: domain and code, and those of the error below it.
 remove_item() {
   osascript -l JavaScript - $1 <<'SCRIPT'

@@ -53,3 +53,6 @@ make_application() {
 make_tiles() {
   write_list $HOME/Library/Preferences/$identifier.plist "$(<$folder/tiles.xml)"
 }
+
+# A process that nobody has waited for yet has ended, too.
+has_ended() { [[ ! -r /proc/$1/status || $(</proc/$1/status) == *State:[[:space:]]##Z* ]] }
