@@ -50,6 +50,15 @@ TEST(Task, LeavesAGrandchildThatHoldsItsPipesOrWritesWithoutPause) {
   EXPECT_LT(outputOf(writing).size(), 50'000'000U);
 }
 
+// A device in the place of its reading end is a writer that never pauses.
+TEST(Pipe, TakesNoMoreThanItHoldsFromAWriterWithoutPause) {
+  Pipe pipe;
+  ::dup2(UniqueFd(::open("/dev/zero", O_RDONLY)).get(), pipe.readingFd());
+  pipe.readAvailable();
+  pipe.closeReading();
+  EXPECT_LT(pipe.readDataToEndOfFile().size(), 2'000'000U);
+}
+
 TEST(Task, IsNotStoppedByATerminalThatStopsTheBackground) {
   const UniqueFd terminal(::posix_openpt(O_RDWR | O_NOCTTY));
   ASSERT_TRUE(::grantpt(terminal.get()) == 0 && ::unlockpt(terminal.get()) == 0);
