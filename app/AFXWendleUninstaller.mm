@@ -1,31 +1,31 @@
 #import "app/AFXWendleUninstaller.h"
 
-#include "app/argument_dispatch.h"
-#include "app/wendle_uninstaller.h"
+#include "app/modes.h"
+#include "logging/logger_configurator.h"
 
-using wendle::WendleUninstaller;
+using wendle::Mode;
 
 @implementation AFXWendleUninstaller
 
 - (void)runInUpdatesMode {
-  WendleUninstaller::runInUpdatesMode();
+  wendle::runSteps(Mode::updates);
 }
 
 - (void)runInSoftMode {
-  WendleUninstaller::runInSoftMode();
+  wendle::runSteps(Mode::soft);
 }
 
 - (void)runInHardMode {
-  WendleUninstaller::runInHardMode();
+  wendle::runSteps(Mode::hard);
 }
 
 - (void)runInFullMode {
-  WendleUninstaller::runInFullMode();
+  wendle::runSteps(Mode::full);
 }
 
 - (instancetype)init {
   self = [super init];
-  static_cast<void>(WendleUninstaller());
+  wendle::LoggerConfigurator::setupIssuesReporter();
   return self;
 }
 

@@ -1,8 +1,6 @@
 #include "app/modes.h"
 
 #include <algorithm>
-#include <string>
-#include <vector>
 
 #include "client/application_bundles.h"
 #include "client/bundle_identifier.h"
@@ -23,15 +21,6 @@ struct Step {
   void (*run)();
   void (*plan)(RemovalPlan& plan);
 };
-
-void log(const std::string& line) { uninstallerLogger().log(LogLevel::progress, line); }
-
-template <typename Run>
-void logStartFinish(const std::string& name, Run run) {
-  log(name + " - started");
-  run();
-  log(name + " - finished");
-}
 
 std::vector<std::string> everyIdentifier() { return bundleIdentifierStrings(allCases()); }
 std::vector<std::string> searchExtension() {
@@ -86,7 +75,8 @@ constexpr Step keychainItems{deleteNeededKeychainItems, planKeychainItems};
 
 constexpr Step clientFolders{removeClientFolders, planClientFolders};
 
-constexpr Step goodbye{[] { log("Removal Completed - 😔 Sorry to see you go. 😔"); }, [](RemovalPlan&) {}};
+constexpr Step goodbye{[] { logProgress("Removal Completed - 😔 Sorry to see you go. 😔"); },
+                       [](RemovalPlan&) {}};
 
 constexpr Step legacyProcesses{[] { killWendleLegacyProcesses(searchExtension()); },
                                [](RemovalPlan& plan) { planLegacyProcesses(plan, searchExtension()); }};
@@ -148,8 +138,17 @@ const ModeSwitch& switchEntry(Mode mode) { return *std::ranges::find(modeSwitche
 
 std::string modeSwitch(Mode mode) { return std::string(switchEntry(mode).argument); }
 
+std::optional<Mode> chosenMode(const std::vector<std::string>& arguments) {
+  for (const std::string& argument : arguments) {
+    for (const ModeSwitch& modeSwitch : modeSwitches) {
+      if (argument == modeSwitch.argument) return modeSwitch.mode;
+    }
+  }
+  return std::nullopt;
+}
+
 void runSteps(Mode mode) {
-  log("Wendle Uninstaller - started in " + std::string(switchEntry(mode).nameInLog) + " mode");
+  logProgress("Wendle Uninstaller - started in " + std::string(switchEntry(mode).nameInLog) + " mode");
   for (const Step& step : modeSteps(mode)) step.run();
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstring>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -21,10 +22,15 @@ struct Error {
 
 // The error of a system call: domain `NSPOSIXErrorDomain`, and the system's own text for `errnoValue`.
 // Take errno in the statement after the call that failed.
-[[nodiscard]] Error posixError(int errnoValue);
+[[nodiscard]] inline Error posixError(int errnoValue) {
+  return {std::string(posixErrorDomain), errnoValue, std::strerror(errnoValue)};
+}
 
 // As Foundation prints an NSError: Error Domain=NSPOSIXErrorDomain Code=2 "No such file or directory"
-[[nodiscard]] std::string describe(const Error& error);
+[[nodiscard]] inline std::string describe(const Error& error) {
+  return "Error Domain=" + error.domain + " Code=" + std::to_string(error.code) + " \"" + error.description +
+         "\"";
+}
 
 // What became of an operation that has no other result: success, or the error of what failed.
 //

@@ -24,13 +24,13 @@ void removeWithTool(const std::string& path) {
     return uninstallerLogger().log(LogLevel::failure,
                                    "Failed to remove " + path + ": " + describe(status.error()));
   }
-  uninstallerLogger().log(LogLevel::progress, "Remove " + path + " - finished");
+  logProgress("Remove " + path + " - finished");
 }
 
 void logDeletion(const Status& status, const FileUrl& url, std::string_view logPrefix) {
   const std::string message = std::string(logPrefix) + url.absoluteString();
   if (status.ok()) {
-    uninstallerLogger().log(LogLevel::progress, message + " - success");
+    logProgress(message + " - success");
   } else {
     uninstallerLogger().log(status.error(), message);
   }
@@ -56,14 +56,14 @@ void removeLaunchAgentApps(const std::vector<std::string>& names) {
 }
 
 void removeFolderContainers() {
-  uninstallerLogger().log(LogLevel::progress, "Remove folder containers - started");
-  const FileTree containers(clientLocations().containersDirectory);
-  for (const std::string& found : findFolderContainers(containers)) {
-    const FileUrl url =
-        FileUrl::fileUrlWithDirectoryPath(clientLocations().containersDirectory + "/" + found);
-    logDeletion(containers.removeItem(found), url, deleteFolderPrefix);
-  }
-  uninstallerLogger().log(LogLevel::progress, "Remove folder containers - finished");
+  const std::string& directory = clientLocations().containersDirectory;
+  logStartFinish("Remove folder containers", [&] {
+    const FileTree containers(directory);
+    for (const std::string& found : findFolderContainers(containers)) {
+      const FileUrl url = FileUrl::fileUrlWithDirectoryPath(directory + "/" + found);
+      logDeletion(containers.removeItem(found), url, deleteFolderPrefix);
+    }
+  });
 }
 
 void removeSupportFolders() {

@@ -91,19 +91,19 @@ void planDockFolder(RemovalPlan& plan) {
 }
 
 void removeDockFolder() {
-  uninstallerLogger().log(LogLevel::progress, "Remove dock folder - started");
+  logProgress("Remove dock folder - started");
   // A second uninstaller that searched before and deleted after us would delete the tile that has moved up.
   const DirectoryLock oneAtATime(clientLocations().preferencesDirectory);
   const std::string location = findDockItem();
   if (location.empty()) {
-    return uninstallerLogger().log(LogLevel::progress, "Remove dock folder - no dock item found");
+    return logProgress("Remove dock folder - no dock item found");
   }
   const auto position = parseDecimal(location);
   if (!position) {
     return uninstallerLogger().log(
         LogLevel::failure, "Invalid dock item location: " + std::string(firstBytes(location, maxLoggedText)));
   }
-  uninstallerLogger().log(LogLevel::progress, "Remove dock folder - removing dock item");
+  logProgress("Remove dock folder - removing dock item");
   (void)runCommand(deleteLine(toIndex(*position)));
   (void)runCommand("killall Dock");
 }

@@ -6,8 +6,9 @@
 #include <chrono>
 #include <stdexcept>
 
-#include "platform/bookmark.h"
+#include "platform/file_url.h"
 #include "platform/preferences.h"
+#include "platform/process_environment.h"
 #include "platform/queues.h"
 #include "system/tasks/task_helpers.h"
 

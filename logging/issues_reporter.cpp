@@ -2,7 +2,7 @@
 
 #include <cstdlib>
 
-#include "platform/uncaught_exceptions.h"
+#include "platform/process_environment.h"
 
 namespace wendle {
 namespace {

@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <tuple>
 
-#include "platform/directory_stream.h"
+#include "platform/directory.h"
 
 namespace wendle {
 namespace {

@@ -46,4 +46,6 @@ Logger& uninstallerLogger() {
   return *logger;
 }
 
+void logProgress(std::string_view text) { uninstallerLogger().log(LogLevel::progress, text); }
+
 }  // namespace wendle

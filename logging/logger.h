@@ -66,4 +66,15 @@ class Logger {
 // destinations and none of its own. Built on first use, once, and never released.
 [[nodiscard]] Logger& uninstallerLogger();
 
+// One record of the uninstaller's progress.
+void logProgress(std::string_view text);
+
+// One before `step`, "NAME - started", and one after it, "NAME - finished".
+template <typename Step>
+void logStartFinish(const std::string& name, Step step) {
+  logProgress(name + " - started");
+  step();
+  logProgress(name + " - finished");
+}
+
 }  // namespace wendle

@@ -2,6 +2,7 @@
 
 #include <optional>
 
+#include "logging/issues_reporter.h"
 #include "logging/log_file.h"
 #include "logging/logger.h"
 #include "platform/process_environment.h"
@@ -20,6 +21,14 @@ void LoggerConfigurator::setupModuleLoggerWithSystem(const std::string& system) 
   auto& directory = configuredDirectory();
   directory.emplace(standardDirectoryPath(StandardDirectory::userLibrary), system);
   Logger::module().addDestination(std::make_shared<LogFile>(*directory, std::chrono::system_clock::now()));
+}
+
+void LoggerConfigurator::setupIssuesReporter() {
+  IssuesReporter& reporter = IssuesReporter::sharedInstance();
+  reporter.setMessageLogger(
+      [](const std::string& message) { Logger::module().log(LogLevel::progress, message); });
+  reporter.setSortedLogFilesProvider(LoggerFileManager::getSortedLogFiles);
+  reporter.enableReporter();
 }
 
 std::vector<FileUrl> LoggerFileManager::getSortedLogFiles() {

@@ -13,6 +13,9 @@ class LoggerConfigurator {
   // Gives the module logger its destination: the log file of this run in the current user's library
   // directory, named after `system`. To be called once, before the first record; touches no file itself.
   static void setupModuleLoggerWithSystem(const std::string& system);
+
+  // Connects the issue reporter to the module logger and its log files, and enables it.
+  static void setupIssuesReporter();
 };
 
 // Knows the log files.

@@ -1,7 +1,10 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
+
+#include "base/property_list.h"
 
 namespace wendle {
 
@@ -28,5 +31,9 @@ class FileUrl {
   std::string path_;
   std::string absoluteString_;
 };
+
+// Data that finds the item again after it was moved. None when the item does not exist. Source: NSURL,
+// bookmarkDataWithOptions: with no options, no resource values and no base URL.
+[[nodiscard]] std::optional<PropertyListData> bookmarkData(const FileUrl& item);
 
 }  // namespace wendle

@@ -5,7 +5,8 @@
 
 namespace wendle {
 
-// What a process is started with, and where the directories of its user and of the system are.
+// What a process is started with, what ends it, and what the system tells it: where the directories of its
+// user are, and random numbers.
 
 // The arguments this process was started with, the executable's path as the first. Source: NSProcessInfo.
 [[nodiscard]] const std::vector<std::string>& processArguments();
@@ -37,5 +38,21 @@ enum class StandardDirectory {
 // The same, and where the system names none, the usual place: Library in the home directory, Application
 // Support in the library, /Users, /Applications. It need not exist.
 [[nodiscard]] std::string standardDirectoryPath(StandardDirectory directory);
+
+// A random identifier in its 36-character text form, upper case: 68753A44-4D6F-1226-9C60-0050E4C00067.
+// Source: NSUUID. Throws std::system_error where the system has no random numbers to give.
+[[nodiscard]] std::string makeUniqueIdentifier();
+
+// The system's own exceptions: NSException on macOS, none on Linux. std::set_terminate does not hear of them
+// in a program with a C++ runtime of its own inside.
+
+// From now on `report` is called with name and reason of one that nothing catches, and after it the handler
+// that was set before. The program then ends as it would have done anyway. Source:
+// NSSetUncaughtExceptionHandler.
+void reportUncaughtSystemExceptions(void (*report)(const std::string& cause));
+
+// For a terminate handler: whether the exception that ends the program is one of them. The terminate handler
+// that the system had set then calls `report`.
+[[nodiscard]] bool isEndingBySystemException();
 
 }  // namespace wendle

@@ -13,4 +13,8 @@ void asyncOnUtilityQueue(std::function<void()> work);
 // program that does not serve its main queue. Source: dispatch_after.
 void afterDelayOnMainQueue(std::chrono::nanoseconds delay, std::function<void()> work);
 
+// Serves the main queue on the calling thread, waiting for work as long as it takes, until `isDone` holds
+// after a piece of work. On Linux only: on macOS the main run loop does this.
+void serveMainQueueUntil(const std::function<bool()>& isDone);
+
 }  // namespace wendle

@@ -37,22 +37,22 @@ void terminateRunningApplicationsWithBundleIdentifier(const std::string& identif
 }
 
 void killWendleProcesses() {
-  uninstallerLogger().log(LogLevel::progress, "Kill Wendle processes - started");
-  for (const Component& component : components) {
-    uninstallerLogger().log(LogLevel::progress, "Killing " + std::string(component.name) + " process");
-    terminateRunningApplicationsWithBundleIdentifier(rawValue(component.identifier));
-  }
-  uninstallerLogger().log(LogLevel::progress, "Kill Wendle processes - finished");
+  logStartFinish("Kill Wendle processes", [] {
+    for (const Component& component : components) {
+      logProgress("Killing " + std::string(component.name) + " process");
+      terminateRunningApplicationsWithBundleIdentifier(rawValue(component.identifier));
+    }
+  });
 }
 
 void killWendleLegacyProcesses(const std::vector<std::string>& bundleIdentifiers) {
   for (const std::string& identifier : bundleIdentifiers) {
-    uninstallerLogger().log(LogLevel::progress, "Killing process with bundle identifier - " + identifier);
+    logProgress("Killing process with bundle identifier - " + identifier);
     for (const RunningApplication& application : runningApplicationsWithBundleIdentifier(identifier)) {
       application.forceTerminate();
     }
   }
-  uninstallerLogger().log(LogLevel::progress, "Kill Wendle legacy processes - finished");
+  logProgress("Kill Wendle legacy processes - finished");
 }
 
 void planProcessTermination(RemovalPlan& plan) {

@@ -12,7 +12,7 @@
 #include "app/modes.h"
 #include "base/error.h"
 #include "base/unique_fd.h"
-#include "client/client_traces.h"
+#include "client/client_locations.h"
 #include "logging/logger_configurator.h"
 #include "report/command_line.h"
 #include "report/plan_rendering.h"

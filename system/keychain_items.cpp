@@ -22,9 +22,9 @@ Status runSecurity(const std::string& verb, const std::string& label, const std:
 }  // namespace
 
 void deleteNeededKeychainItems() {
-  uninstallerLogger().log(LogLevel::progress, "Delete needed keychain items - started");
-  for (const char* label : labels) deleteKeychainItems(label, clientLocations().loginKeychainPath);
-  uninstallerLogger().log(LogLevel::progress, "Delete needed keychain items - finished");
+  logStartFinish("Delete needed keychain items", [] {
+    for (const char* label : labels) deleteKeychainItems(label, clientLocations().loginKeychainPath);
+  });
 }
 
 void planKeychainItems(RemovalPlan& plan) {
@@ -41,7 +41,7 @@ void deleteKeychainItems(const std::string& label, const std::string& keychainPa
   while (keychainItemExists(label, keychainPath)) {
     const Status status = runSecurity("delete-generic-password", label, keychainPath);
     if (!status.ok()) return uninstallerLogger().log(status.error(), message);
-    uninstallerLogger().log(LogLevel::progress, message + " - success");
+    logProgress(message + " - success");
   }
 }
 

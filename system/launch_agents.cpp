@@ -13,24 +13,24 @@ namespace {
 
 void runLaunchctl(const std::vector<std::string>& arguments, const std::string& commandText,
                   const std::string& failureText) {
-  uninstallerLogger().log(LogLevel::progress, commandText + " - started");
+  logProgress(commandText + " - started");
   Task task = makeConsoleTask();
   const Status status = runAndReturnError(task, "/bin/launchctl", arguments);
   if (!status.ok()) return uninstallerLogger().log(status.error(), failureText);
-  uninstallerLogger().log(LogLevel::progress, commandText + " - success");
+  logProgress(commandText + " - success");
 }
 
 }  // namespace
 
 void unloadLaunchAgents() {
-  uninstallerLogger().log(LogLevel::progress, "Unload Wendle agent - started");
-  for (const std::string& path : clientLocations().launchAgentPaths) {
-    if (!fileExists(path)) continue;
-    unloadLaunchAgent(path);
-    removeLaunchAgent(path);
-    deleteItem(FileUrl::fileUrlWithPath(path), deleteFilePrefix);
-  }
-  uninstallerLogger().log(LogLevel::progress, "Unload Wendle agent - finished");
+  logStartFinish("Unload Wendle agent", [] {
+    for (const std::string& path : clientLocations().launchAgentPaths) {
+      if (!fileExists(path)) continue;
+      unloadLaunchAgent(path);
+      removeLaunchAgent(path);
+      deleteItem(FileUrl::fileUrlWithPath(path), deleteFilePrefix);
+    }
+  });
 }
 
 void planLaunchAgents(RemovalPlan& plan) {

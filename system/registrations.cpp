@@ -11,17 +11,17 @@ void runForItem(const std::string& executable, const std::vector<std::string>& a
                 const std::string& done, const std::string& failed) {
   Task task = makeConsoleTask();
   const Status status = runAndReturnError(task, executable, arguments);
-  uninstallerLogger().log(LogLevel::progress, status.ok() ? done : failed + ": " + describe(status.error()));
+  logProgress(status.ok() ? done : failed + ": " + describe(status.error()));
 }
 
 }  // namespace
 
 void ignoreExtension(const std::string& identifier) {
   const std::string commandText = "Run `pluginkit -e ignore -i " + identifier + "`";
-  uninstallerLogger().log(LogLevel::progress, commandText + " - started");
+  logProgress(commandText + " - started");
   Task task = makeConsoleTask();
   run(task, "/usr/bin/pluginkit", {"-e", "ignore", "-i", identifier});
-  uninstallerLogger().log(LogLevel::progress, commandText + " - success");
+  logProgress(commandText + " - success");
 }
 
 void resetPermissions(const std::vector<std::string>& identifiers) {

@@ -6,6 +6,8 @@
 #include <array>
 #include <climits>
 
+#include "platform/files.h"
+
 namespace wendle {
 namespace {
 
@@ -57,6 +59,12 @@ FileUrl FileUrl::fileUrlWithDirectoryPath(std::string_view path) {
   if (!text.ends_with('/')) text += '/';
   while (absolute.size() > 1 && absolute.ends_with('/')) absolute.pop_back();
   return {std::move(absolute), std::move(text)};
+}
+
+// Linux has no bookmarks: bytes that name the item.
+std::optional<PropertyListData> bookmarkData(const FileUrl& item) {
+  if (!fileExists(item.path())) return std::nullopt;
+  return PropertyListData{"book" + item.path()};
 }
 
 }  // namespace wendle

@@ -15,7 +15,7 @@
 namespace wendle {
 namespace {
 
-std::string fileOfDomain(const std::string& domain) {
+std::string domainPath(const std::string& domain) {
   return standardDirectoryPath(StandardDirectory::userLibrary) + "/Preferences/" + domain + ".plist";
 }
 
@@ -41,7 +41,7 @@ bool replaceFile(const std::string& path, const std::string& bytes) {
 
 std::optional<PropertyList> UserDefaults::objectForKey(const std::string& key) const {
   if (const auto found = unwritten_.find(key); found != unwritten_.end()) return found->second;
-  const auto file = readDomain(fileOfDomain(domain_));
+  const auto file = readDomain(domainPath(domain_));
   const PropertyList* value = file ? file->content.find(key) : nullptr;
   if (value == nullptr) return std::nullopt;
   return *value;
@@ -52,7 +52,7 @@ void UserDefaults::setObject(const PropertyList& value, const std::string& key) 
 }
 
 bool UserDefaults::synchronize() {
-  const std::string path = fileOfDomain(domain_);
+  const std::string path = domainPath(domain_);
   auto file = readDomain(path);
   auto* entries = file ? std::get_if<PropertyListDictionary>(&file->content.value) : nullptr;
   if (entries == nullptr) return false;  // not ours to replace

@@ -1,9 +1,13 @@
 #include "platform/process_environment.h"
 
 #include <pwd.h>
+#include <sys/random.h>
 #include <unistd.h>
 
+#include <array>
+#include <cerrno>
 #include <cstdlib>
+#include <system_error>
 
 #include "platform/linux/file_content.h"
 
@@ -29,5 +33,26 @@ std::string homeDirectoryPath() {
 }
 
 std::string systemDirectoryPath(StandardDirectory /*directory*/) { return {}; }
+
+// A version 4 UUID (RFC 4122).
+std::string makeUniqueIdentifier() {
+  std::array<unsigned char, 16> bytes{};
+  if (::getentropy(bytes.data(), bytes.size()) != 0) {
+    throw std::system_error(errno, std::generic_category(), "getentropy");
+  }
+  bytes[6] = static_cast<unsigned char>((bytes[6] & 0x0FU) | 0x40U);
+  bytes[8] = static_cast<unsigned char>((bytes[8] & 0x3FU) | 0x80U);
+  constexpr const char* digits = "0123456789ABCDEF";
+  std::string text;
+  for (size_t i = 0; i < bytes.size(); ++i) {
+    if (i == 4 || i == 6 || i == 8 || i == 10) text += '-';
+    text += {digits[bytes[i] >> 4U], digits[bytes[i] & 0xFU]};
+  }
+  return text;
+}
+
+void reportUncaughtSystemExceptions(void (* /*report*/)(const std::string& cause)) {}
+
+bool isEndingBySystemException() { return false; }
 
 }  // namespace wendle

@@ -1,9 +1,9 @@
-#include "platform/linux/property_list_bounds.h"
-
 #include <cstdint>
 #include <limits>
 #include <optional>
 #include <vector>
+
+#include "platform/linux/property_list_file.h"
 
 namespace wendle {
 namespace {

@@ -8,8 +8,6 @@
 #include <limits>
 #include <memory>
 
-#include "platform/linux/property_list_bounds.h"
-
 namespace wendle {
 namespace {
 
@@ -47,7 +45,7 @@ bool readDictionary(plist_t node, int level, PropertyListDictionary& into) {
   }
 }
 
-std::string bytesOf(plist_t node, const char* (*pointer)(plist_t, uint64_t*)) {
+std::string toBytes(plist_t node, const char* (*pointer)(plist_t, uint64_t*)) {
   uint64_t length = 0;
   const char* bytes = pointer(node, &length);
   return bytes == nullptr ? std::string() : std::string(bytes, length);
@@ -55,19 +53,19 @@ std::string bytesOf(plist_t node, const char* (*pointer)(plist_t, uint64_t*)) {
 
 // libplist 2.2 keeps the 64 bits of an integer and not its sign, so a huge unsigned one reads as negative
 // here.
-std::int64_t integerOf(plist_t node) {
+std::int64_t toInteger(plist_t node) {
   uint64_t number = 0;
   ::plist_get_uint_val(node, &number);
   return static_cast<std::int64_t>(number);
 }
 
-bool booleanOf(plist_t node) {
+bool toBoolean(plist_t node) {
   uint8_t flag = 0;
   ::plist_get_bool_val(node, &flag);
   return flag != 0;
 }
 
-double realOf(plist_t node) {
+double toReal(plist_t node) {
   double number = 0;
   ::plist_get_real_val(node, &number);
   return number;
@@ -75,7 +73,7 @@ double realOf(plist_t node) {
 
 // libplist counts the seconds towards zero and gives the fraction without its sign. It has 32 bits for them:
 // a date beyond comes out as some date within, with any fraction.
-PropertyListDate dateOf(plist_t node) {
+PropertyListDate toDate(plist_t node) {
   int32_t seconds = 0;
   int32_t microseconds = 0;
   ::plist_get_date_val(node, &seconds, &microseconds);
@@ -87,22 +85,22 @@ bool read(plist_t node, int level, PropertyList& into) {
   if (level > maxPropertyListLevels) return false;
   switch (::plist_get_node_type(node)) {
     case PLIST_STRING:
-      into.value = bytesOf(node, ::plist_get_string_ptr);
+      into.value = toBytes(node, ::plist_get_string_ptr);
       return true;
     case PLIST_DATA:
-      into.value = PropertyListData{bytesOf(node, ::plist_get_data_ptr)};
+      into.value = PropertyListData{toBytes(node, ::plist_get_data_ptr)};
       return true;
     case PLIST_UINT:
-      into.value = integerOf(node);
+      into.value = toInteger(node);
       return true;
     case PLIST_BOOLEAN:
-      into.value = booleanOf(node);
+      into.value = toBoolean(node);
       return true;
     case PLIST_REAL:
-      into.value = realOf(node);
+      into.value = toReal(node);
       return true;
     case PLIST_DATE:
-      into.value = dateOf(node);
+      into.value = toDate(node);
       return true;
     case PLIST_ARRAY:
       return readArray(node, level, into.value.emplace<PropertyListArray>());

@@ -5,8 +5,6 @@
 #include <mutex>
 #include <thread>
 
-#include "platform/linux/main_queue.h"
-
 namespace wendle {
 namespace {
 

@@ -8,7 +8,7 @@
 #include <csignal>
 
 #include "base/text.h"
-#include "platform/directory_stream.h"
+#include "platform/directory.h"
 #include "platform/linux/file_content.h"
 
 namespace wendle {
@@ -20,7 +20,7 @@ constexpr std::string_view identifierVariable = "__CFBundleIdentifier=";
 // The environment of a process of this user: each entry between two zero bytes. Empty for another's. The
 // directory has the process's owner; the files in it are the superuser's where it may not be looked into
 // (proc(5)).
-std::string environmentOf(int processTable, const std::string& process) {
+std::string readEnvironment(int processTable, const std::string& process) {
   const UniqueFd directory(::openat(processTable, process.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
   struct stat status {};
   if (::fstat(directory.get(), &status) != 0 || status.st_uid != ::geteuid()) return {};
@@ -47,7 +47,7 @@ std::vector<RunningApplication> runningApplicationsWithBundleIdentifier(const st
   while (const auto entry = table.next()) {
     const auto process = parseDecimal(entry->name);
     if (!process || *process == ::getpid()) continue;
-    const std::string environment = environmentOf(table.fd(), entry->name);
+    const std::string environment = readEnvironment(table.fd(), entry->name);
     if (environment.find(wanted) != std::string::npos) processes.push_back(static_cast<pid_t>(*process));
   }
   std::sort(processes.begin(), processes.end());

@@ -15,14 +15,14 @@ bool isDirectoryItself(const std::string& path) {
 }
 
 // A path that is no UTF-8 has no NSString: its bytes are escaped one by one.
-NSURL* urlOfBytes(const std::string& path, bool isDirectory) {
+NSURL* toUrl(const std::string& path, bool isDirectory) {
   return [NSURL fileURLWithFileSystemRepresentation:path.c_str()
                                         isDirectory:isDirectory ? YES : NO
                                       relativeToURL:nil];
 }
 
 // The bytes as they were given: a file system may tell composed names from decomposed ones.
-std::string pathOf(NSURL* url, std::string_view given) {
+std::string toPath(NSURL* url, std::string_view given) {
   std::string path = given.starts_with('/') ? std::string(given) : toUtf8(url.path);
   while (path.size() > 1 && path.ends_with('/')) path.pop_back();
   return path;
@@ -34,16 +34,28 @@ FileUrl FileUrl::fileUrlWithPath(std::string_view path) {
   @autoreleasepool {
     const std::string bytes(path);
     NSURL* url = isUtf8(path) ? [NSURL fileURLWithPath:toNSString(path)]
-                              : urlOfBytes(bytes, path.ends_with('/') || isDirectoryItself(bytes));
-    return {pathOf(url, path), toUtf8(url.absoluteString)};
+                              : toUrl(bytes, path.ends_with('/') || isDirectoryItself(bytes));
+    return {toPath(url, path), toUtf8(url.absoluteString)};
   }
 }
 
 FileUrl FileUrl::fileUrlWithDirectoryPath(std::string_view path) {
   @autoreleasepool {
     NSURL* url = isUtf8(path) ? [NSURL fileURLWithPath:toNSString(path) isDirectory:YES]
-                              : urlOfBytes(std::string(path), true);
-    return {pathOf(url, path), toUtf8(url.absoluteString)};
+                              : toUrl(std::string(path), true);
+    return {toPath(url, path), toUtf8(url.absoluteString)};
+  }
+}
+
+std::optional<PropertyListData> bookmarkData(const FileUrl& item) {
+  @autoreleasepool {
+    NSURL* url = [NSURL URLWithString:toNSString(item.absoluteString())];
+    NSData* data = [url bookmarkDataWithOptions:0
+                 includingResourceValuesForKeys:nil
+                                  relativeToURL:nil
+                                          error:nullptr];
+    if (data == nil) return std::nullopt;
+    return PropertyListData{{static_cast<const char*>(data.bytes), data.length}};
   }
 }
 

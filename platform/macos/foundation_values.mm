@@ -35,7 +35,7 @@ struct MakeObject {
 // The numbers true and false have a class of their own; their objCType is that of a small integer.
 bool isBoolean(NSNumber* number) { return [number class] == [[NSNumber numberWithBool:YES] class]; }
 
-PropertyList numberOf(NSNumber* number) {
+PropertyList toNumber(NSNumber* number) {
   if (isBoolean(number)) return {static_cast<bool>(number.boolValue)};
   const std::string_view type = number.objCType;
   if (type == @encode(double) || type == @encode(float)) return {number.doubleValue};
@@ -46,7 +46,7 @@ PropertyList numberOf(NSNumber* number) {
   return {static_cast<std::int64_t>(number.longLongValue)};
 }
 
-std::optional<PropertyList> arrayOf(NSArray* objects) {
+std::optional<PropertyList> toArray(NSArray* objects) {
   PropertyListArray array;
   for (id object in objects) {
     auto element = toPropertyList(object);
@@ -56,7 +56,7 @@ std::optional<PropertyList> arrayOf(NSArray* objects) {
   return PropertyList{std::move(array)};
 }
 
-std::optional<PropertyList> dictionaryOf(NSDictionary* objects) {
+std::optional<PropertyList> toDictionary(NSDictionary* objects) {
   PropertyListDictionary dictionary;
   for (id key in objects) {
     auto entry = toPropertyList([objects objectForKey:key]);
@@ -88,7 +88,7 @@ id toFoundation(const PropertyList& list) { return std::visit(MakeObject(), list
 
 std::optional<PropertyList> toPropertyList(id object) {
   if ([object isKindOfClass:[NSString class]]) return PropertyList{toUtf8(object)};
-  if ([object isKindOfClass:[NSNumber class]]) return numberOf(object);
+  if ([object isKindOfClass:[NSNumber class]]) return toNumber(object);
   if ([object isKindOfClass:[NSDate class]]) {
     return PropertyList{PropertyListDate{[object timeIntervalSinceReferenceDate]}};
   }
@@ -96,8 +96,8 @@ std::optional<PropertyList> toPropertyList(id object) {
     NSData* data = object;
     return PropertyList{PropertyListData{{static_cast<const char*>(data.bytes), data.length}}};
   }
-  if ([object isKindOfClass:[NSArray class]]) return arrayOf(object);
-  if ([object isKindOfClass:[NSDictionary class]]) return dictionaryOf(object);
+  if ([object isKindOfClass:[NSArray class]]) return toArray(object);
+  if ([object isKindOfClass:[NSDictionary class]]) return toDictionary(object);
   return std::nullopt;
 }
 

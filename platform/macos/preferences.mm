@@ -7,7 +7,7 @@
 namespace wendle {
 namespace {
 
-NSUserDefaults* defaultsOf(const std::string& domain) {
+NSUserDefaults* defaultsForDomain(const std::string& domain) {
   return [[NSUserDefaults alloc] initWithSuiteName:toNSString(domain)];
 }
 
@@ -16,7 +16,7 @@ NSUserDefaults* defaultsOf(const std::string& domain) {
 std::optional<PropertyList> UserDefaults::objectForKey(const std::string& key) const {
   if (const auto found = unwritten_.find(key); found != unwritten_.end()) return found->second;
   @autoreleasepool {
-    return toPropertyList([defaultsOf(domain_) objectForKey:toNSString(key)]);
+    return toPropertyList([defaultsForDomain(domain_) objectForKey:toNSString(key)]);
   }
 }
 
@@ -26,7 +26,7 @@ void UserDefaults::setObject(const PropertyList& value, const std::string& key) 
 
 bool UserDefaults::synchronize() {
   @autoreleasepool {
-    NSUserDefaults* defaults = defaultsOf(domain_);
+    NSUserDefaults* defaults = defaultsForDomain(domain_);
     for (const auto& [key, value] : unwritten_) {
       [defaults setObject:toFoundation(value) forKey:toNSString(key)];
     }

@@ -5,8 +5,8 @@
 #include <optional>
 #include <vector>
 
+#include "platform/directory.h"
 #include "platform/file_tree.h"
-#include "platform/posix/item_flags.h"
 #include "platform/posix/tree_cursor.h"
 
 namespace wendle {

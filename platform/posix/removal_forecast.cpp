@@ -7,13 +7,13 @@
 #include <vector>
 
 #include "base/path.h"
-#include "platform/posix/item_flags.h"
+#include "platform/directory.h"
 #include "platform/posix/tree_cursor.h"
 
 namespace wendle {
 namespace {
 
-ItemKind kindOf(const struct stat& status) {
+ItemKind toItemKind(const struct stat& status) {
   if (S_ISLNK(status.st_mode)) return ItemKind::link;
   return S_ISDIR(status.st_mode) ? ItemKind::directory : ItemKind::file;
 }
@@ -56,7 +56,7 @@ class Forecast {
   std::optional<RemovalForecast> run(const std::string& path) {
     struct stat item {};
     if (::lstat(path.c_str(), &item) != 0) return unseen(path, errno);
-    result_.kind = kindOf(item);
+    result_.kind = toItemKind(item);
     device_ = item.st_dev;
     visit(path, path, item);
     while (cursor_.depth() > 0) {

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "base/error.h"
-#include "platform/directory_stream.h"
+#include "platform/directory.h"
 
 namespace wendle {
 

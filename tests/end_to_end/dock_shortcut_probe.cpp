@@ -7,7 +7,7 @@
 #include <string_view>
 
 #include "dock/dock_shortcut_manager.h"
-#include "platform/linux/main_queue.h"
+#include "platform/queues.h"
 
 namespace {
 

@@ -13,7 +13,7 @@
 #import "app/AFXWendleUninstaller.h"
 #import "app/WendleUninstallerResources.h"
 #import "dock/AFXDockShortcutManager.h"
-#include "platform/linux/main_queue.h"
+#include "platform/queues.h"
 #import "processes/NSRunningApplication+AFXExtensions.h"
 #include "simulated_mac/macos_program/image.h"
 #include "simulated_mac/macos_program/objective_c.h"

@@ -1,6 +1,7 @@
-#include "platform/directory_stream.h"
+#include "platform/directory.h"
 
 #include <dirent.h>
+#include <fcntl.h>
 
 #include <array>
 #include <string_view>
@@ -55,5 +56,10 @@ std::optional<DirectoryEntry> DirectoryStream::next() {
 
 int DirectoryStream::failure() const { return implementation_->failure; }
 int DirectoryStream::fd() const { return implementation_->fd.get(); }
+
+int directoryRemovalFlags(const struct stat& /*directory*/) { return AT_REMOVEDIR; }
+bool flagsForbidRemoval(const struct stat& /*item*/) { return false; }
+void clearUserFlags(int /*directory*/, const struct stat& /*status*/) {}
+bool clearUserFlagsAt(int /*parent*/, const std::string& /*name*/) { return false; }
 
 }  // namespace wendle

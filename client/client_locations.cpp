@@ -1,4 +1,4 @@
-#include "client/client_traces.h"
+#include "client/client_locations.h"
 
 #include <fcntl.h>
 
@@ -6,9 +6,7 @@
 #include <array>
 #include <string_view>
 
-#include "client/bundle_identifier.h"
-#include "client/client_locations.h"
-#include "platform/directory_stream.h"
+#include "platform/directory.h"
 #include "platform/files.h"
 
 namespace wendle {

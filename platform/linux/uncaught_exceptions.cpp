@@ -1,9 +1,0 @@
-#include "platform/uncaught_exceptions.h"
-
-namespace wendle {
-
-void reportUncaughtSystemExceptions(void (* /*report*/)(const std::string& cause)) {}
-
-bool isEndingBySystemException() { return false; }
-
-}  // namespace wendle
