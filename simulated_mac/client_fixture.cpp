@@ -1,6 +1,7 @@
 #include "simulated_mac/client_fixture.h"
 
 #include <algorithm>
+#include <cctype>
 
 #include "simulated_mac/shared.h"
 
@@ -47,22 +48,16 @@ std::vector<Item> readTable() {
     line = replaced(replaced(line, '~', home), '@', "com.wendle.DesktopClient");
     const Strings columns = splitColumns(line);
     if (columns.size() != 5) continue;
-    Item item{columns[0], columns[2], columns[3], columns[4], "", noMode};
-    for (std::size_t i = 0; i < 4; ++i) item.removedBy |= columns[1][i] == '-' ? 0U : 1U << i;
-    appendMembers(items, item);
+    appendMembers(items, {columns[0], columns[2], columns[3], columns[4], "", columns[1]});
   }
   return items;
 }
 
 }  // namespace
 
-Mode selectedMode(const std::vector<std::string>& arguments) {
-  const std::map<std::string, Mode> switches = {
-      {"--updates", updatesMode}, {"--soft", softMode}, {"--hard", hardMode}, {"--full", fullMode}};
-  for (const std::string& argument : arguments) {
-    if (switches.contains(argument)) return switches.at(argument);
-  }
-  return noMode;
+bool Item::isRemovedBy(Mode mode) const {
+  const char letter = modeSwitch(mode)[2];  // --hard
+  return letters.find(static_cast<char>(std::toupper(letter))) != std::string::npos;
 }
 
 std::string Item::snapshotPath() const {
@@ -83,7 +78,7 @@ const std::vector<Item>& clientItems() {
 void installClient(SimulatedMac& mac) { installItems(mac, clientItems()); }
 
 void installItems(SimulatedMac& mac, const std::vector<Item>& items) {
-  for (const auto& [kind, place, detail, why, family, removedBy] : items) {
+  for (const auto& [kind, place, detail, why, family, letters] : items) {
     if (kind == "bundle") mac.addBundle(place, detail);
     if (kind == "file") mac.addFile(place, "content of " + place);
     if (kind == "folder") mac.addDirectory(place);

@@ -59,7 +59,7 @@ Command parsed(Strings words) {
   const bool isFree = word != words.end() && *word == "--";
   command.arguments.assign(isFree ? word + 1 : word, words.end());
   command.wantsHelp = !isFree && command.arguments == Strings{"--help"};
-  const bool isMode = command.arguments.size() == 1 && selectedMode(command.arguments) != noMode;
+  const bool isMode = command.arguments.size() == 1 && chosenMode(command.arguments);
   if (isMode || command.wantsHelp || (isFree && !command.wantsPreview)) return command;
   std::string asked;
   for (const std::string& argument : command.arguments) asked += (asked.empty() ? "" : " ") + argument;
@@ -138,14 +138,13 @@ std::string logVerdict(const Strings& lines) {
 }
 
 // The last line. Returns the exit status.
-int conclude(const Verdict& verdict, const SessionResult& result, Mode mode) {
+int conclude(const Verdict& verdict, const SessionResult& result, std::optional<Mode> mode) {
   std::string text;
   if (result.outcome != "exit 0") text += "The uninstaller ended with " + result.outcome + ". ";
   if (!verdict.leftBehind.empty()) text += "Not all of the mode's list was done. ";
   const bool isGood = text.empty() && verdict.outside.empty();
   text += verdict.outside.empty() ? "Nothing" : "Something";
-  text += mode == noMode ? " was touched, and without a mode nothing may be."
-                         : " outside the mode's list was touched.";
+  text += mode ? " outside the mode's list was touched." : " was touched, and without a mode nothing may be.";
   std::cout << '\n' << styled(isGood ? "32" : "31", text) << '\n';
   return isGood ? 0 : 1;
 }
@@ -180,7 +179,7 @@ int rehearse(SimulatedMac& mac, const Command& command) {
   printLines("Left behind", verdict.leftBehind);
   printLines("Touched without being on the list", verdict.outside);
   printLines("The log's verdict", {logVerdict(result.log)});
-  return conclude(verdict, result, selectedMode(command.arguments));
+  return conclude(verdict, result, chosenMode(command.arguments));
 }
 
 int rehearse(const Command& command) {

@@ -36,7 +36,7 @@ void addProcesses(const std::vector<ProcessOutcome>& processes, Snapshot& before
 
 Verdict judge(const SimulatedMac& mac, const std::vector<std::string>& arguments, Snapshot before,
               const std::vector<ProcessOutcome>& processes) {
-  const Mode mode = selectedMode(arguments);
+  const std::optional<Mode> mode = chosenMode(arguments);
   Snapshot after = mac.snapshot();
   addProcesses(processes, before, after);
   ItemsByPath byPath;
@@ -46,7 +46,7 @@ Verdict judge(const SimulatedMac& mac, const std::vector<std::string>& arguments
   const auto isDone = [&](const std::string& path, const Item& item) {
     return !after.contains(path) || (item.kind == "plug-in election" && after[path] != before[path]);
   };
-  const auto isListed = [&](const Item* item) { return item != nullptr && (item->removedBy & mode) != 0; };
+  const auto isListed = [&](const Item* item) { return item != nullptr && mode && item->isRemovedBy(*mode); };
   for (const std::string& path : removed) {
     if (!isListed(findOwner(byPath, path))) verdict.outside.push_back("removed: " + path);
   }
