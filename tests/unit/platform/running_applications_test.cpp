@@ -7,7 +7,7 @@
 #include <array>
 #include <csignal>
 
-#include "base/unique_fd.h"
+#include "platform/linux/file_content.h"
 #include "support/temp_directory.h"
 
 namespace wendle {
@@ -33,8 +33,10 @@ class Sleeper {
     }
     writing.reset();
     char failure = 0;
-    EXPECT_EQ(::read(reading.get(), &failure, 1), 0)
-        << "it could not be started";  // else the end of file: it runs
+    const bool isStarted = ::read(reading.get(), &failure, 1) == 0;
+    EXPECT_TRUE(isStarted);
+    // exec(2) closes the pipe just before /proc shows the new environment.
+    while (isStarted && fileContent("/proc/" + std::to_string(process_) + "/environ").empty()) ::usleep(1000);
   }
   Sleeper(const Sleeper&) = delete;
   ~Sleeper() {
