@@ -28,6 +28,11 @@ void RemovalPlan::addPath(const std::string& path, std::string_view why) {
   add({std::string(kindName(forecast->kind)), path, std::string(why), forecast->size, forecast->obstacle});
 }
 
+void RemovalPlan::addProcess(const std::string& identifier, std::int64_t number, std::string_view why) {
+  const std::string name = identifier + ", process " + std::to_string(number);
+  if (std::ranges::count(items_, name, &PlannedItem::name) == 0) add({"process", name, std::string(why)});
+}
+
 std::vector<KeptItem> RemovalPlan::kept() const {
   std::vector<KeptItem> kept = kept_;
   std::erase_if(kept, [&](const KeptItem& item) { return takesAlong(item.path); });

@@ -41,6 +41,9 @@ class RemovalPlan {
   // Whether the items of the plan take all of what lies at `path` along; false when nothing is there.
   [[nodiscard]] bool takesAlong(const std::string& path) const;
 
+  // Adds a running process. Does nothing when another step ends it before.
+  void addProcess(const std::string& identifier, std::int64_t number, std::string_view why);
+
   void add(PlannedItem item) { items_.push_back(std::move(item)); }
   void keep(const std::string& path, std::string_view because) {
     kept_.push_back({path, std::string(because)});

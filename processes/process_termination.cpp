@@ -24,7 +24,7 @@ constexpr std::array components{
 
 void planProcesses(RemovalPlan& plan, const std::string& identifier, const char* why) {
   for (const RunningApplication& application : runningApplicationsWithBundleIdentifier(identifier)) {
-    plan.add({"process", identifier + ", process " + std::to_string(application.processIdentifier()), why});
+    plan.addProcess(identifier, application.processIdentifier(), why);
   }
 }
 

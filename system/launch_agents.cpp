@@ -1,7 +1,10 @@
 #include "system/launch_agents.h"
 
+#include <optional>
 #include <vector>
 
+#include "base/path.h"
+#include "base/text.h"
 #include "client/client_locations.h"
 #include "client/client_removal.h"
 #include "logging/logger.h"
@@ -20,6 +23,25 @@ void runLaunchctl(const std::vector<std::string>& arguments, const std::string& 
   logProgress(commandText + " - success");
 }
 
+// What launchd knows the job of one of the client's agents by.
+std::string jobLabel(const std::string& agentPath) {
+  const std::string name = pathComponents(agentPath).back();
+  return name.substr(0, name.rfind('.'));
+}
+
+// The process of a job; none when launchd knows no such job, or when it does not run. Source: launchctl(1),
+// `list`, which prints a dictionary with a line `"PID" = 123;`.
+std::optional<std::int64_t> jobProcess(const std::string& label) {
+  Task task = makePipedTask();
+  run(task, "/bin/launchctl", {"list", label});
+  const std::string job = std::get<std::shared_ptr<Pipe>>(task.standardOutput())->readDataToEndOfFile();
+  const std::string key = "\"PID\" = ";
+  const size_t start = job.find(key);
+  if (start == std::string::npos) return std::nullopt;
+  const std::string number = job.substr(start + key.size());
+  return parseDecimal(number.substr(0, number.find(';')));
+}
+
 }  // namespace
 
 void unloadLaunchAgents() {
@@ -36,9 +58,13 @@ void unloadLaunchAgents() {
 void planLaunchAgents(RemovalPlan& plan) {
   for (const std::string& path : clientLocations().launchAgentPaths) {
     if (!fileExists(path)) continue;
-    plan.addPath(path, path == clientLocations().quickLookGeneratorPath
-                           ? "the client's Quick Look generator"
-                           : "a launch agent; its job is unloaded, which ends it");
+    if (path == clientLocations().quickLookGeneratorPath) {
+      plan.addPath(path, "the client's Quick Look generator");
+      continue;
+    }
+    plan.addPath(path, "a launch agent; its job is unloaded");
+    const std::string label = jobLabel(path);
+    if (const auto process = jobProcess(label)) plan.addProcess(label, *process, "ends with its job");
   }
 }
 

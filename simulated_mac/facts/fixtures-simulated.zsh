@@ -3,6 +3,8 @@
 
 describe_system() { print "simulated Mac" }
 
+readonly jobs="$HOME/Library/Application Support/com.apple.launchd/Jobs.plist"
+
 make_scratch() {
   scratch=$HOME/facts-scratch identifier=com.example.facts.$$
   mkdir $scratch
@@ -16,7 +18,7 @@ make_fixtures() {
 remove_fixtures() {
   [[ -z ${process-} ]] || kill -KILL $process 2>/dev/null
   process=
-  rm -f $HOME/Library/Preferences/$identifier.plist
+  rm -f $HOME/Library/Preferences/$identifier.plist $jobs
 }
 
 write_list() { print -r -- "<plist version=\"1.0\">$2</plist>" >$1 }
@@ -35,7 +37,7 @@ make_agent() {
   write_list $agent "<dict><key>Label</key><string>$identifier</string></dict>"
 }
 make_loaded() {
-  write_list "$HOME/Library/Application Support/com.apple.launchd/Jobs.plist" "<dict><key>entries</key><array><dict>
+  write_list $jobs "<dict><key>entries</key><array><dict>
     <key>identifier</key><string>$identifier</string><key>path</key><string>$agent</string></dict></array></dict>"
   XPC_SERVICE_NAME=$identifier /host/bin/sleep 600 &
   process=$!

@@ -26,11 +26,25 @@ std::vector<int> processesWhere(const std::string& name, const std::function<boo
   return pids;
 }
 
+std::vector<int> processesOfJob(const Record& job) {
+  const std::string variable = "XPC_SERVICE_NAME=" + job.at("identifier");
+  return processesWhere("environ",
+                        [&](const Strings& each) { return std::ranges::count(each, variable) > 0; });
+}
+
+int listJob(const std::string& label) {
+  const auto job = findEntry(jobsFile, "identifier", label, Find::only);
+  if (!job) return complain("Could not find service \"" + label + "\" in domain for port", 113);
+  std::cout << "{\n\t\"LimitLoadToSessionType\" = \"Aqua\";\n\t\"Label\" = \"" << label
+            << "\";\n\t\"OnDemand\" = true;\n\t\"LastExitStatus\" = 0;\n";
+  for (const int pid : processesOfJob(*job)) std::cout << "\t\"PID\" = " << pid << ";\n";
+  std::cout << "};\n";
+  return 0;
+}
+
 // As launchd ends a job: asks its process, and kills it when it has not gone in time.
 void endJob(const Record& job) {
-  const std::string variable = "XPC_SERVICE_NAME=" + job.at("identifier");
-  const auto isOfJob = [&](const Strings& variables) { return std::ranges::count(variables, variable) > 0; };
-  for (const int pid : processesWhere("environ", isOfJob)) {
+  for (const int pid : processesOfJob(job)) {
     pollfd gone = {openProcess(pid), POLLIN, 0};
     ::kill(pid, SIGTERM);
     if (::poll(&gone, 1, jobExitTimeoutMs) == 0) ::kill(pid, SIGKILL);
@@ -56,6 +70,7 @@ int openProcess(int pid) { return static_cast<int>(::syscall(SYS_pidfd_open, pid
 
 int launchctl(const Strings& arguments) {
   if (arguments.size() > 2 && arguments[0] == "asuser") return launchctlAsUser(arguments);
+  if (fits(arguments, "list *")) return listJob(arguments[1]);
   const bool unloads = fits(arguments, "unload -w *");
   if (!unloads && !fits(arguments, "remove *")) return complain("Usage: launchctl ...", 64);
   const char* key = unloads ? "path" : "identifier";
