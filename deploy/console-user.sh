@@ -1,5 +1,11 @@
 # shellcheck shell=sh
-# Read by root's scripts: who sits at the Mac, and how something is started in that user's session.
+# Read by root's scripts, which define `die STATUS SENTENCE`: who sits at the Mac, and how something is started in that user's
+# session.
+
+# What is opened next would take the place of a stream that is closed.
+exec </dev/null
+(: 3>&2) || exec 2>/dev/null
+(: 3>&1) 2>/dev/null || die 2 "the standard output is closed"
 
 # Prints the user's number. Fails when nobody is logged in: at the login window, in the Setup Assistant, as root.
 console_user() {

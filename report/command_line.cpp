@@ -6,7 +6,7 @@
 namespace wendle {
 
 const char* const reportUsage =
-    R"(usage: wendle-uninstall-report [run] [--since TIME] [--recheck] [--json] [FILE]
+    R"(usage: wendle-uninstall-report [run] [--since TIME] [--process N] [--recheck] [--json] [FILE]
        wendle-uninstall-report preview MODE [--json | --needs-root]
        wendle-uninstall-report leftovers [--json]
 
@@ -19,6 +19,7 @@ leftovers  what is still there of all that the modes take away, and, named apart
 
   --since TIME  only a run that began at TIME or later counts, so that nobody takes an older run's log for that of one
                 that could write none; TIME is UTC, such as 2026-11-21T07:40:12Z, or seconds since 1970 (date +%s)
+  --process N   of the current user's logs only that of the uninstaller whose process had this number counts
   --recheck     a failure to delete what somebody else has deleted by now does not count
   --json        one JSON object instead of text
   --needs-root  only the paths of what root could delete and this user cannot, each with a NUL byte after it
@@ -59,6 +60,7 @@ class Parser {
       line_.mistake = "preview needs a mode: --soft, --hard, --updates or --full";
     }
     if (line_.wantsJson && line_.wantsRootPaths) line_.mistake = "--json and --needs-root are two answers";
+    if (!line_.file.empty() && !line_.process.empty()) line_.mistake = "--process and a log are two choices";
     return line_;
   }
 
@@ -90,6 +92,11 @@ class Parser {
       line_.since = next_ != end_ ? *next_++ : "";
       line_.sinceTime = parseTime(line_.since);
       if (!line_.sinceTime) line_.mistake = "--since needs a time, not '" + line_.since + "'";
+    } else if (word == "--process") {
+      line_.process = next_ != end_ ? *next_++ : "";
+      const auto number = parseDecimal(line_.process);
+      if (!number || std::to_string(*number) != line_.process)
+        line_.mistake = "--process needs a number, not '" + line_.process + "'";
     } else if (word == "--recheck") {
       line_.wantsRecheck = true;
     } else if (word.empty() || word.starts_with("-")) {

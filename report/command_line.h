@@ -19,6 +19,7 @@ struct CommandLine {
   std::optional<Mode> mode;                           // of a preview
   std::string since;                                  // of a run: as it was given
   std::optional<std::chrono::sys_seconds> sinceTime;  // and the time that it means
+  std::string process;                                // of a run: digits; empty for any
   bool wantsRecheck = false;                          // of a run
   std::string file;                                   // of a run: its log; empty for the newest
   std::string mistake;  // what is wrong with the words, as a sentence; empty for nothing

@@ -37,10 +37,13 @@ int print(const std::string& text, int status) {
   return complain("cannot write the report: " + posixError(errno).description);
 }
 
-std::string newestLog() {
+// Of the process, if one is named; empty when there is none.
+std::string newestLog(const std::string& process) {
   LoggerConfigurator::setupModuleLoggerWithSystem("uninstaller");
-  const auto files = LoggerFileManager::getSortedLogFiles();
-  return files.empty() ? "" : files.front().path();
+  for (const auto& file : LoggerFileManager::getSortedLogFiles()) {
+    if (process.empty() || file.path().ends_with("-" + process + ".log")) return file.path();
+  }
+  return {};
 }
 
 // What is left to be read; none, and errno, when that fails.
@@ -77,8 +80,9 @@ std::string whyNotAskedAbout(const RunReport& read, const CommandLine& line) {
 }
 
 int reportRun(CommandLine line) {
-  if (line.file.empty()) line.file = newestLog();
-  if (line.file.empty()) return complain("this user has no log of the uninstaller");
+  if (line.file.empty()) line.file = newestLog(line.process);
+  const std::string whose = line.process.empty() ? "the uninstaller" : "process " + line.process;
+  if (line.file.empty()) return complain("this user has no log of " + whose);
   const UniqueFd file(::open(line.file.c_str(), O_RDONLY | O_CLOEXEC));
   if (!file.isOpen()) return complain("cannot open " + line.file + ": " + posixError(errno).description);
   const auto text = contents(file.get());

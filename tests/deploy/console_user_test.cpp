@@ -17,10 +17,10 @@ using mac::SimulatedMac;
 const std::string uninstall = tools + "uninstall-for-console-user";
 const std::string me = "uninstall-for-console-user: ";
 
-std::string asScript(const Lines& command) {
+std::string asScript(const Lines& command, const std::string& before = "") {
   std::string words;
   for (const std::string& word : command) words += "'" + word + "' ";
-  return "#!/bin/sh\nexec " + words + "\"$@\"\n";
+  return "#!/bin/sh\n" + before + "exec " + words + "\"$@\"\n";
 }
 
 // The tools as they are installed. `preview` is what the report says of a preview, each path ended by a NUL,
@@ -46,7 +46,8 @@ TEST(ConsoleUserTest, HasTheClientTakenOutWholeWhateverTheCallerIsLike) {
   SimulatedMac mac = SimulatedMac::scratch();
   mac::installClient(mac);
   install(mac);
-  addExecutable(mac, tools + "wendle-uninstall-report", asScript(reportCommand()));
+  const std::string another = "[ $1 = run ] && /Library/WendleUninstaller/WendleUninstaller --updates\n";
+  addExecutable(mac, tools + "wendle-uninstall-report", asScript(reportCommand(), another));
   const mac::Snapshot before = mac.snapshot();
   const SessionResult seen =
       run(mac,
@@ -54,6 +55,7 @@ TEST(ConsoleUserTest, HasTheClientTakenOutWholeWhateverTheCallerIsLike) {
           "LC_ALL=xx IFS=a ZDOTDIR=/no; exec /host/bin/zsh -f " +
               uninstall + " --hard");
   EXPECT_EQ(seen.outcome, "exit 0") << seen.out;
+  EXPECT_NE(seen.out.find(R"("mode": "--hard")"), seen.out.npos) << "another run's: " << seen.out;
   EXPECT_NE(seen.out.find(R"("failed": [], "removedLater": ["file:///Applications/Wendle.app/", )"),
             seen.out.npos)
       << seen.out;
@@ -165,7 +167,9 @@ TEST(ConsoleUserTest, TellsTheVerdictOrThatThereIsNone) {
   EXPECT_EQ(endOf("echo one; exit 1", uninstall + " --updates"), "exit 1\none\n");
   EXPECT_TRUE(mac.exists("/Applications/Wendle.app"));
   EXPECT_EQ(endOf("exit 1", uninstall + " --updates"), "exit 2\n");
-  EXPECT_TRUE(endOf("echo one", uninstall + " --updates >/dev/full").starts_with("exit 2\n"));
+  EXPECT_EQ(endOf("echo one", uninstall + " --updates 2>&-"), "exit 0\none\n");
+  EXPECT_EQ(endOf("echo one", uninstall + " --updates >/dev/full"),
+            "exit 2\n" + me + "cannot write the verdict.\n");
   EXPECT_EQ(endOf("[ $1 = run ] && echo one || exit 2", uninstall + " --hard"),
             "exit 0\none\n" + me + "the report could not tell what else needs root.\n" + me +
                 "deleted /Applications/Wendle.app as root.\n");
@@ -184,6 +188,9 @@ struct EndCase {
 
   friend void PrintTo(const EndCase& c, std::ostream* out) { *out << c.name; }
 };
+
+// A copy of the tools from which something can be missing.
+const std::string inCopy = "cd /tmp && /host/bin/cp " + tools + "* . && ";
 
 class UntouchedTest : public testing::TestWithParam<EndCase> {};
 
@@ -215,6 +222,13 @@ INSTANTIATE_TEST_SUITE_P(
          "exit 3"},
         {"ByAUser", uninstall + " --hard", "exit 2", "pat 501", "", false},
         {"AskedByAUser", tools + "report-for-console-user leftovers", "exit 2", "pat 501", "", false},
+        {"WithoutTheUninstaller",
+         inCopy + "/host/bin/chmod -x Wendle* && ./uninstall-for-console-user --hard", "exit 2"},
+        {"WithABrokenUninstaller",
+         inCopy + "echo '#!/no' >WendleUninstaller && ./uninstall-for-console-user --hard", "exit 2"},
+        {"WithoutTheReport", inCopy + "/host/bin/rm wendle* && ./report-for-console-user leftovers",
+         "exit 2"},
+        {"WithAClosedOutput", uninstall + " --hard >&-", "exit 2"},
         {"WithoutAMode", uninstall, "exit 2"},
         {"WithTwoModes", uninstall + " --hard --soft", "exit 2"},
         {"WithAnUnknownMode", uninstall + " hard", "exit 2"},

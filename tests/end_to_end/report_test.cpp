@@ -183,6 +183,7 @@ TEST(ReportTest, TakesTheNewestLogAndRefusesWrongUse) {
   mac.addDirectory(logs + "uninstaller-20161121T080000Z-10.log");
   ASSERT_EQ(::mkfifo(mac.at(logs + "uninstaller-20161121T080000Z-9.log").c_str(), S_IRUSR), 0);
   EXPECT_TRUE(runReport(mac, {}).out.starts_with("--updates"));
+  EXPECT_TRUE(runReport(mac, {"--process", "9"}).out.starts_with("--full"));
   mac.addFile("/a", start + "full mode\n" + later + "[4] uninstaller: a\\n\\x1b\u2028\n");
   EXPECT_NE(runReport(mac, {"/a"}).out.find("\n  a\\n\\x1b\\xe2\\x80\\xa8\n"), std::string::npos);
   EXPECT_TRUE(runReport(mac, {"--help"}).out.starts_with("usage: "));
@@ -190,7 +191,9 @@ TEST(ReportTest, TakesTheNewestLogAndRefusesWrongUse) {
             complaint("cannot open /no\\nthing: No such file or directory"));
   for (const Lines& arguments :
        {Lines{"--jsno"}, Lines{"/a", "/a"}, Lines{""}, Lines{"/nothing"}, Lines{"/Users"}, Lines{"--since"},
-        Lines{"--since", "-1"}, Lines{"--since", "2016-11-21"}, Lines{"--since", "2016-11-21T24:00:00Z"}}) {
+        Lines{"--since", "-1"}, Lines{"--since", "2016-11-21"}, Lines{"--since", "2016-11-21T24:00:00Z"},
+        Lines{"--process"}, Lines{"--process", "09"}, Lines{"--process", "1"},
+        Lines{"--process", "1", "/a"}}) {
     const RunResult seen = runReport(mac, arguments);
     EXPECT_EQ(seen.outcome + seen.out, "exit 2") << joined(arguments);
     EXPECT_EQ(std::count(seen.err.begin(), seen.err.end(), '\n'), 1) << seen.err;
