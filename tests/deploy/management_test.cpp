@@ -27,6 +27,8 @@ TEST(PrivacyProfileTest, GrantsTheTwoServicesToTheSignedUninstallerOnly) {
   codesign("designated => " + requirement);
   const std::string ofProgram = endOf(mac, make + " /program", false);
   EXPECT_EQ(endOf(mac, make + " com.a.B-c ABCDE12345", false), ofProgram);
+  codesign("# designated => " + requirement);
+  EXPECT_EQ(endOf(mac, make + " /program", false), ofProgram);
   const mac::Plist profile = mac::parsePlist(ofProgram.substr(std::string("exit 0\n").size()));
   ASSERT_NE(profile, nullptr) << ofProgram;
   for (const char* service : {"SystemPolicyAllFiles", "SystemPolicyAppBundles"}) {
