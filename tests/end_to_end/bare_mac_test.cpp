@@ -89,9 +89,9 @@ std::function<void(SimulatedMac&)> copies(const Lines& paths) {
   };
 }
 
-const Lines exempt{"/Volumes/Backup/A.app",     "/builds/x.wrp-2/A.app",
-                   "/builds/x.wrp7/deep/A.app", home + "/Build/DerivedData/A.app",
-                   home + "/Clone/deep/A.app",  home + "/Old.BackupDB/deep/A.app",
+const Lines exempt{"/Volumes/Backup/A.app",         "/builds/x.wrp-2/A.app",
+                   "/builds/x.wrp7/deep/A.app",     home + "/Build/DerivedData/A.app",
+                   home + "/Clone/deep/A.app",      home + "/Old.BackupDB/deep/A.app",
                    home + "/Old/VolumesOfPat/A.app"};
 const Lines notExempt{"/A.app",
                       "/builds/x.wrp/A.app",
