@@ -1,225 +1,15 @@
-// What a preview says is what the run then does: on accounts as users have them, and on random ones.
+// What wendle-uninstall-report says of what would go, and of what is left.
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <nlohmann/json.hpp>
-#include <random>
 #include <set>
 
+#include "end_to_end/report_answers.h"
 #include "simulated_mac/client_fixture.h"
-#include "simulated_mac/shared.h"
 #include "support/clean_run.h"
 
 namespace wendle::test {
 namespace {
-
-using nlohmann::json;
-
-json answerOf(mac::SimulatedMac& mac, const Lines& question, bool startsProcesses = false) {
-  const RunResult seen = runReport(mac, question, {.startsProcesses = startsProcesses});
-  EXPECT_EQ(seen.err, "");
-  return json::parse(seen.out);
-}
-
-// The path of a file URL, without a slash at the end; empty for what is none.
-std::string pathOfUrl(const std::string& url) {
-  const std::string prefix = "file://";
-  if (!url.starts_with(prefix)) return "";
-  std::string path;
-  for (std::size_t i = prefix.size(); i < url.size(); ++i) {
-    const bool isEscape = url[i] == '%';
-    path += isEscape ? static_cast<char>(std::stoi(url.substr(i + 1, 2), nullptr, 16)) : url[i];
-    i += isEscape ? 2 : 0;
-  }
-  return path.ends_with('/') ? path.substr(0, path.size() - 1) : path;
-}
-
-void appendOnce(Lines& lines, const std::string& line) {
-  if (!line.empty() && std::ranges::count(lines, line) == 0) lines.push_back(line);
-}
-
-// What goes and what cannot, as paths, each once: as a preview has it, or a run's report.
-struct Outcome {
-  Lines removed, failed;
-};
-
-Outcome outcomeOf(const json& preview) {
-  Outcome outcome;
-  for (const json& item : preview.at("items")) {
-    if (item.contains("path"))
-      appendOnce(item.contains("because") ? outcome.failed : outcome.removed, item["path"]);
-  }
-  return outcome;
-}
-
-// /bin/rm's result is not looked at by the run: here it is, on the disk.
-Outcome outcomeOf(const json& report, const mac::SimulatedMac& mac) {
-  Outcome outcome;
-  for (const std::string item : report.at("removed")) appendOnce(outcome.removed, pathOfUrl(item));
-  for (const json& item : report.at("failed")) appendOnce(outcome.failed, pathOfUrl(item.at("item")));
-  const std::string rm = "rm -rf ";
-  for (const std::string tool : report.at("toolsRun")) {
-    if (!tool.starts_with(rm)) continue;
-    const std::string path = tool.substr(rm.size());
-    appendOnce(mac.exists(path) ? outcome.failed : outcome.removed, path);
-  }
-  return outcome;
-}
-
-std::set<std::string> labelsOf(const json& preview, const std::string& kind) {
-  std::set<std::string> labels;
-  for (const json& item : preview.at("items")) {
-    if (item.at("kind") == kind) labels.insert(std::string(item.at("label")));
-  }
-  return labels;
-}
-
-// What is gone of a shared list: its entries' names, up to the first comma.
-std::set<std::string> goneFrom(const std::string& list, const mac::SnapshotDifference& difference) {
-  std::set<std::string> gone;
-  for (const std::string& path : difference.removed) {
-    if (path.starts_with(list + ": ")) gone.insert(mac::split(path.substr(list.size() + 2), ',').front());
-  }
-  return gone;
-}
-
-void expectPreviewIsTheRun(mac::SimulatedMac& mac, const std::string& mode) {
-  const mac::Snapshot before = mac.snapshot();
-  const json preview = answerOf(mac, {"preview", "--" + mode, "--json"});
-  EXPECT_TRUE(before == mac.snapshot()) << "the preview changed something";
-  const RunResult run = runUninstaller(mac, {"--" + mode});
-  EXPECT_EQ(run.outcome, "exit 0");
-  const mac::SnapshotDifference difference = mac::difference(before, mac.snapshot());
-  const json report = answerOf(mac, {"--json"});
-
-  const Outcome planned = outcomeOf(preview), seen = outcomeOf(report, mac);
-  EXPECT_EQ(joined(planned.removed), joined(seen.removed));
-  EXPECT_EQ(joined(planned.failed), joined(seen.failed));
-  EXPECT_EQ(labelsOf(preview, "keychain item"), goneFrom(mac::keychainFile, difference));
-  EXPECT_EQ(labelsOf(preview, "Dock tile"), goneFrom(mac::dockFile, difference));
-  for (const json& kept : preview.at("kept")) EXPECT_TRUE(mac.exists(std::string(kept.at("path")))) << kept;
-}
-
-void setMode(const mac::SimulatedMac& mac, const std::string& path, unsigned mode) {
-  std::filesystem::permissions(mac.at(path), std::filesystem::perms{mode});
-}
-
-// A directory of the Mac that is being looked after again, so that whoever runs the tests can remove it.
-void restoreModes(const mac::SimulatedMac& mac) {
-  for (std::set<std::string> seen;;) {  // what a closed directory holds shows when it is open
-    const std::size_t count = seen.size();
-    for (const auto& [path, entry] : mac.snapshot()) {
-      if (entry.type == std::filesystem::file_type::directory && seen.insert(path).second)
-        setMode(mac, path, 0755);
-    }
-    if (seen.size() == count) return;
-  }
-}
-
-struct Account {
-  std::string name;
-  std::function<void(mac::SimulatedMac&)> make;
-  friend void PrintTo(const Account& account, std::ostream* out) { *out << account.name; }
-};
-const std::string support = mac::home + "/Library/Application Support/Wendle";
-const std::string container = mac::home + "/Library/Containers/com.wendle.DesktopClient";
-
-void makeHalfRemoved(mac::SimulatedMac& mac) {
-  std::vector<mac::Item> items = mac::clientItems();
-  std::erase_if(items, [count = 0](const mac::Item&) mutable { return ++count % 2 == 0; });
-  mac::installItems(mac, items);
-}
-
-// What is in a way that an ordinary user's permissions can be: another's directory looks the same.
-void makeUndeletable(mac::SimulatedMac& mac) {
-  mac::installClient(mac);
-  mac.addFile(container + "/Data/closed/file");
-  mac.addFile(support + "/unreadable/file");
-  mac.addFile("/Users/Shared/Wendle/kept/deep/file");
-  setMode(mac, container + "/Data/closed", 0500);
-  setMode(mac, support + "/unreadable", 0300);
-  setMode(mac, "/Users/Shared/Wendle/kept/deep", 0500);
-  setMode(mac, mac::home + "/Library/LaunchAgents", 0500);
-  setMode(mac, "/Applications/Wendle.app/Contents/Helpers", 0500);
-  setMode(mac, "/Applications", 0555);
-}
-
-class AccountsTest : public testing::TestWithParam<std::tuple<Account, std::string>> {};
-
-TEST_P(AccountsTest, LoseExactlyWhatThePreviewLists) {
-  mac::SimulatedMac mac = mac::SimulatedMac::scratch();
-  std::get<0>(GetParam()).make(mac);
-  expectPreviewIsTheRun(mac, std::get<1>(GetParam()));
-  restoreModes(mac);
-}
-
-INSTANTIATE_TEST_SUITE_P(Kinds, AccountsTest,
-                         testing::Combine(testing::Values(Account{"bare", [](mac::SimulatedMac&) {}},
-                                                          Account{"full", mac::installClient},
-                                                          Account{"halfRemoved", makeHalfRemoved},
-                                                          Account{"undeletable", makeUndeletable}),
-                                          testing::ValuesIn(modes)),
-                         [](const auto& c) {
-                           return std::get<0>(c.param).name + "_" + std::get<1>(c.param);
-                         });
-
-// Whether the log, or a list that the tools share, lies below: without it there is nothing to compare.
-bool isNeeded(const std::string& directory) {
-  const Lines needed{mac::home + "/Library/Logs/Wendle",
-                     mac::keychainFile,
-                     mac::approvalsFile,
-                     mac::electionsFile,
-                     mac::jobsFile,
-                     mac::dockFile};
-  return std::ranges::any_of(needed,
-                             [&](const std::string& file) { return file.starts_with(directory + "/"); });
-}
-
-// An account made of the installed client's items: some left out, some directories closed, and among what
-// lies there bundles and containers more.
-void makeRandom(mac::SimulatedMac& mac, std::mt19937& random) {
-  const auto oneIn = [&](unsigned count) { return random() % count == 0; };
-  std::vector<mac::Item> items = mac::clientItems();
-  std::erase_if(items, [&](const mac::Item&) { return oneIn(3); });
-  mac::installItems(mac, items);
-  Lines directories;
-  for (const auto& [path, entry] : mac.snapshot()) {
-    const bool isPlace = path.starts_with("/Applications") || path.starts_with("/Users/");
-    if (isPlace && entry.type == std::filesystem::file_type::directory) directories.push_back(path);
-  }
-  const auto place = [&] { return directories[random() % directories.size()]; };
-  for (int i = 0; i < 4; ++i) {
-    mac.addBundle(place() + "/Nested" + std::to_string(i) + ".app", "com.wendle.DesktopClient.WendleAgent");
-    mac.addFile(place() + "/com.wendle.nested" + std::to_string(i) + "/file", "content");
-  }
-  // What a closed directory holds cannot be seen, so none is empty.
-  std::map<std::string, unsigned> closed;
-  for (unsigned mode : {0500U, 0500U, 0300U, 0U}) {
-    if (const std::string path = place(); oneIn(2) && !isNeeded(path)) closed[path] = mode;
-  }
-  for (const auto& [path, mode] : closed) mac.addFile(path + "/held", "content");
-  for (auto path = closed.rbegin(); path != closed.rend(); ++path) setMode(mac, path->first, path->second);
-}
-
-// Each test takes every N-th account, so that they can run side by side.
-constexpr unsigned shares = 4;
-
-class RandomAccountsTest : public testing::TestWithParam<unsigned> {};
-
-TEST_P(RandomAccountsTest, LoseExactlyWhatThePreviewLists) {
-  const char* wanted = std::getenv("WENDLE_RANDOM_ACCOUNTS");
-  const auto accounts = static_cast<unsigned>(wanted == nullptr ? 8 : std::atoi(wanted));
-  for (unsigned seed = GetParam(); seed < accounts && !HasFailure(); seed += shares) {
-    std::mt19937 random(seed);
-    SCOPED_TRACE("account " + std::to_string(seed));
-    mac::SimulatedMac mac = mac::SimulatedMac::scratch();
-    makeRandom(mac, random);
-    expectPreviewIsTheRun(mac, modes[random() % modes.size()]);
-    restoreModes(mac);
-  }
-}
-
-INSTANTIATE_TEST_SUITE_P(Shares, RandomAccountsTest, testing::Range(0U, shares));
 
 const mac::ProcessPlan secondExtension{.name = "WendleExtension",
                                        .identifier = "com.wendle.DesktopClient.WendleExtension"};
@@ -248,7 +38,7 @@ TEST_P(ProcessesTest, AreNamedOnceWhenARunEndsThem) {
   mac::installClient(mac);
   mac.addProcess(secondExtension);
   std::multiset<std::string> named;
-  const json preview = answerOf(mac, {"preview", GetParam(), "--json"}, true);
+  const json preview = ask(mac, {"preview", GetParam(), "--json"}, true);
   for (const json& item : preview.at("items")) {
     const std::string label = item.value("label", "");
     if (item.at("kind") == "process") named.insert(label.substr(0, label.find(',')));
@@ -266,14 +56,14 @@ TEST(PreviewTest, WarnsWhenAnotherTileWouldGo) {
   const auto preview = [&](const Lines& urls) {
     mac::SimulatedMac mac = mac::SimulatedMac::scratch();
     for (const std::string& url : urls) mac.addDockTile("Tile " + url, url);
-    return answerOf(mac, {"preview", "--soft", "--json"});
+    return ask(mac, {"preview", "--soft", "--json"});
   };
   EXPECT_EQ(preview({wendle}).at("warnings").size(), 0U);
   const json other = preview({"", wendle});
-  EXPECT_EQ(labelsOf(other, "Dock tile"), std::set<std::string>{"Tile "});
+  EXPECT_EQ(labels(other, "Dock tile"), std::set<std::string>{"Tile "});
   EXPECT_EQ(other.at("warnings").size(), 1U);
   const json none = preview({wendle, wendle});
-  EXPECT_EQ(labelsOf(none, "Dock tile"), std::set<std::string>{});
+  EXPECT_EQ(labels(none, "Dock tile"), std::set<std::string>{});
   EXPECT_EQ(none.at("warnings").size(), 1U);
 }
 
