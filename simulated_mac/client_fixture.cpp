@@ -1,79 +1,6 @@
 #include "simulated_mac/client_fixture.h"
 
-#include <algorithm>
-#include <cctype>
-
-#include "simulated_mac/shared.h"
-
 namespace wendle::mac {
-namespace {
-
-constexpr const char* table =
-#include "simulated_mac/client_items.inc"
-    ;
-
-// The columns of a line of the table; none of a comment.
-Strings splitColumns(std::string line) {
-  Strings columns;
-  while (!line.empty() && line[0] != '#') {
-    columns.push_back(line.substr(0, line.find("  ")));
-    line.erase(0, std::min(line.size(), line.find_first_not_of(' ', columns.back().size())));
-  }
-  return columns;
-}
-
-std::string replaced(const std::string& text, char mark, const std::string& with) {
-  std::string result;
-  for (const char c : text) result.append(c == mark ? with : std::string(1, c));
-  return result;
-}
-
-// The members of a family, or the item alone.
-void appendMembers(std::vector<Item>& items, const Item& item) {
-  const bool isSearched = item.place.find('*') != std::string::npos;
-  const bool isFamily = isSearched || item.place.find('+') != std::string::npos;
-  Strings names = {"Agent", "Launcher", "Updater", "Assistant"};
-  if (isSearched) names.push_back("Uninstaller");
-  for (const std::string& name : isFamily ? names : Strings{""}) {
-    Item& member = items.emplace_back(item);
-    if (isFamily) member.family = replaced(item.place, '+', "*");
-    member.place = replaced(replaced(item.place, '*', name), '+', name);
-    member.detail = replaced(replaced(item.detail, '*', name), '+', name);
-  }
-}
-
-std::vector<Item> readTable() {
-  std::vector<Item> items;
-  for (std::string line : split(table, '\n')) {
-    line = replaced(replaced(line, '~', home), '@', "com.wendle.DesktopClient");
-    const Strings columns = splitColumns(line);
-    if (columns.size() != 5) continue;
-    appendMembers(items, {columns[0], columns[2], columns[3], columns[4], "", columns[1]});
-  }
-  return items;
-}
-
-}  // namespace
-
-bool Item::isRemovedBy(Mode mode) const {
-  const char letter = modeSwitch(mode)[2];  // --hard
-  return letters.find(static_cast<char>(std::toupper(letter))) != std::string::npos;
-}
-
-std::string Item::snapshotPath() const {
-  static const Record lists = {{"keychain item", keychainFile},
-                               {"privacy approval", approvalsFile},
-                               {"plug-in election", electionsFile},
-                               {"Dock tile", dockFile},
-                               {"loaded job", jobsFile}};
-  if (!lists.contains(kind)) return place.starts_with("/") ? place : kind + " " + place;
-  return lists.at(kind) + ": " + place + (kind == "keychain item" ? ", " + detail : "");
-}
-
-const std::vector<Item>& clientItems() {
-  static const std::vector<Item> items = readTable();
-  return items;
-}
 
 void installClient(SimulatedMac& mac) { installItems(mac, clientItems()); }
 
@@ -84,7 +11,7 @@ void installItems(SimulatedMac& mac, const std::vector<Item>& items) {
     if (kind == "folder") mac.addDirectory(place);
     if (kind == "link") mac.addLink(place, detail);
     if (kind == "preferences") mac.addPropertyList(place, "<dict><key>first run</key><false/></dict>", true);
-    if (kind == "launch agent") mac.addLaunchAgent(fs::path(place).stem());
+    if (kind == "launch agent") mac.addLaunchAgent(std::filesystem::path(place).stem());
     if (kind == "keychain item") mac.addKeychainItem(place, detail);
     if (kind == "privacy approval") mac.addApproval(place);
     if (kind == "plug-in election") mac.addElection(place);

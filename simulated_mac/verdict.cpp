@@ -1,9 +1,23 @@
 #include "simulated_mac/verdict.h"
 
+#include "simulated_mac/shared.h"
+
 namespace wendle::mac {
 namespace {
 
 using ItemsByPath = std::map<std::string, const Item*>;
+
+// The key of an item in a snapshot; processes, which no snapshot holds, have one alike.
+std::string snapshotPath(const Item& item) {
+  static const Record lists = {{"keychain item", keychainFile},
+                               {"privacy approval", approvalsFile},
+                               {"plug-in election", electionsFile},
+                               {"Dock tile", dockFile},
+                               {"loaded job", jobsFile}};
+  if (!lists.contains(item.kind))
+    return item.place.starts_with("/") ? item.place : item.kind + " " + item.place;
+  return lists.at(item.kind) + ": " + item.place + (item.kind == "keychain item" ? ", " + item.detail : "");
+}
 
 // The item that covers `path`: its own, or that of the nearest directory above.
 const Item* findOwner(const ItemsByPath& items, std::string path) {
@@ -25,9 +39,9 @@ void addProcesses(const std::vector<ProcessOutcome>& processes, Snapshot& before
   auto outcome = processes.begin();
   for (const Item& item : clientItems()) {
     if ((item.kind != "process" && item.kind != "job process") || outcome == processes.end()) continue;
-    before[item.snapshotPath()] = {};
-    if (*outcome == ProcessOutcome::leftAlone) after[item.snapshotPath()] = {};
-    if (*outcome == ProcessOutcome::refused) after[item.snapshotPath()].content = "refused to quit";
+    before[snapshotPath(item)] = {};
+    if (*outcome == ProcessOutcome::leftAlone) after[snapshotPath(item)] = {};
+    if (*outcome == ProcessOutcome::refused) after[snapshotPath(item)].content = "refused to quit";
     ++outcome;
   }
 }
@@ -40,7 +54,7 @@ Verdict judge(const SimulatedMac& mac, const std::vector<std::string>& arguments
   Snapshot after = mac.snapshot();
   addProcesses(processes, before, after);
   ItemsByPath byPath;
-  for (const Item& item : clientItems()) byPath[item.snapshotPath()] = &item;
+  for (const Item& item : clientItems()) byPath[snapshotPath(item)] = &item;
   const auto [removed, added, changed] = difference(before, after);
   Verdict verdict;
   const auto isDone = [&](const std::string& path, const Item& item) {
@@ -61,7 +75,7 @@ Verdict judge(const SimulatedMac& mac, const std::vector<std::string>& arguments
     if (isListed(item) && !isDone(path, *item)) verdict.leftBehind.push_back(path);
   }
   for (const Item& item : clientItems()) {
-    const std::string path = item.snapshotPath();
+    const std::string path = snapshotPath(item);
     const Item* above = findOwner(byPath, path.substr(0, path.rfind('/')));
     const bool isToldAbove = above != nullptr && above != &item && isListed(above) == isListed(&item);
     if (!before.contains(path) || isToldAbove || isListed(&item) != isDone(path, item)) continue;
