@@ -33,9 +33,7 @@ static void plantDeepItem(const TempDirectory& temp) {
     plantDirectory(temp, levelAt(depth));
 }
 
-static auto openDescriptors() {
-  return std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {});
-}
+static auto openDescriptors() { return std::distance(std::filesystem::directory_iterator("/dev/fd"), {}); }
 
 static bool isFilledDirectory(const std::filesystem::path& item) {
   return is_directory(symlink_status(item)) && !is_empty(item);

@@ -33,7 +33,7 @@ class Arena {
   int swapOne() {
     if (isSwapped_ = !isSwapped_; isSwapped_) chosen_ = random_() % depth;
     const std::string link = std::to_string(100 + chosen_);
-    return ::renameat2(folders_[chosen_].get(), "in", bystander_.get(), link.c_str(), RENAME_EXCHANGE) == 0;
+    return exchange(folders_[chosen_].get(), "in", bystander_.get(), link.c_str()) ? 1 : 0;
   }
 
   auto lostEntries() const {

@@ -7,7 +7,9 @@
 
 namespace wendle {
 
-// openat(2), getdents64(2), fstat(2) and unlinkat(2): the system calls of a deletion.
+// The system calls of a deletion: openat(2), getdents64(2), fstat(2) and unlinkat(2). macOS reads a directory
+// out of sight; there the first readdir(3) of one counts as the read that lists all, and the last as the one
+// that finds the end.
 enum class Syscall { open, read, status, unlink };
 
 // Runs before a call, its own calls aside, and returns the errno value that the call fails with; 0 lets it go
@@ -24,5 +26,8 @@ extern thread_local bool areTypesHidden;
 
 // What the monotonic clock shows this thread, in seconds; none: it goes.
 extern thread_local std::optional<time_t> stoppedClock;
+
+// Lets two entries change places at one moment. False when one is not there, or the file system cannot do it.
+bool exchange(int directory, const char* name, int otherDirectory, const char* otherName);
 
 }  // namespace wendle

@@ -34,7 +34,10 @@ TEST(PathFilters, SafetyNetIsAFolderInTheItemOrAboveIt) {
     temp.directory(path);
   temp.file("plain/_CCC SafetyNet");
   expectAll(true, below(temp, isInSafetyNetFolder), {"clone/Apps/A", "clone"});
-  expectAll(false, below(temp, isInSafetyNetFolder), {"disk/A", "plain/A", "A"});
+  expectAll(false, below(temp, isInSafetyNetFolder), {"plain/A", "A"});
+  const bool isCaseSensitive =
+      !std::filesystem::exists(temp / "PLAIN");  // the disk decides: macOS's mostly is not
+  expectAll(!isCaseSensitive, below(temp, isInSafetyNetFolder), {"disk/A"});
 }
 
 TEST(PathFilters, NumberedFolderIsAnExistingFolderWithAPlainNumber) {

@@ -19,10 +19,11 @@ static void report(const std::string& last) {
   std::string found;
   sigset_t blocked;
   ::sigprocmask(SIG_BLOCK, nullptr, &blocked);
-  for (int number = 0; number < NSIG; ++number) {
+  for (int number = 0; number <= 64;
+       ++number) {  // signals, of which some systems have fewer, and descriptors
     struct sigaction action {};
     const bool isIgnored = ::sigaction(number, nullptr, &action) == 0 && action.sa_handler == SIG_IGN;
-    if (isIgnored || ::sigismember(&blocked, number) == 1) found += "signal " + std::to_string(number) + " ";
+    if (isIgnored || (sigismember)(&blocked, number) == 1) found += "signal " + std::to_string(number) + " ";
     if (::fcntl(number, F_GETFD) != -1) found += "fd " + std::to_string(number) + " ";
   }
   put(1, found + (::getpgrp() == ::getpid() ? "own group, " : "somebody's group, "));

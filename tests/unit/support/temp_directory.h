@@ -12,11 +12,13 @@
 
 namespace wendle {
 
-// A folder of its own below the system's temporary folder, removed with all its contents at the end. Its name
-// has no capitals. Paths given are relative to it; making an item makes the folders above it.
+// A folder of its own below the system's temporary folder, removed with all its contents at the end. Its own
+// name has no capitals, and no link is on the way to it. Paths given are relative to it; making an item makes
+// the folders above it.
 class TempDirectory {
  public:
-  TempDirectory() : path_(std::filesystem::temp_directory_path() / ("unit-" + std::to_string(::getpid()))) {
+  TempDirectory()
+      : path_(canonical(std::filesystem::temp_directory_path()) / ("unit-" + std::to_string(::getpid()))) {
     while (::mkdir(path_.c_str(), S_IRWXU) != 0 && errno == EEXIST) path_ += "-";
   }
   TempDirectory(const TempDirectory&) = delete;

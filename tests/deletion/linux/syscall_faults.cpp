@@ -14,6 +14,10 @@ thread_local bool wendle::areTypesHidden = false;
 thread_local std::optional<time_t> wendle::stoppedClock;
 static thread_local std::string enteredItem;  // what the last open was about
 
+bool wendle::exchange(int directory, const char* name, int otherDirectory, const char* otherName) {
+  return ::renameat2(directory, name, otherDirectory, otherName, RENAME_EXCHANGE) == 0;
+}
+
 static std::string itemAt(int directory, const std::string& name) {
   if (name == "..") return {};
   if (directory == AT_FDCWD) return name;

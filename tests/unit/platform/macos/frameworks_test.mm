@@ -1,0 +1,107 @@
+// What macOS's own frameworks do for the product. They have no stand-in here: these run on a Mac only.
+#import <Foundation/Foundation.h>
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <future>
+#include <iostream>
+
+#include "logging/issues_reporter.h"
+#include "platform/file_url.h"
+#include "platform/macos/foundation_values.h"
+#include "platform/preferences.h"
+#include "platform/process_environment.h"
+#include "platform/queues.h"
+#include "platform/running_applications.h"
+#include "support/processes.h"
+#include "support/temp_directory.h"
+
+namespace wendle {
+namespace {
+
+const PropertyList everyKind{PropertyListDictionary{
+    {"text", {std::string("Späße <&>")}},
+    {"negative", {std::int64_t{-4711}}},
+    {"one", {std::int64_t{1}}},
+    {"largest", {std::numeric_limits<std::uint64_t>::max()}},
+    {"two", {2.0}},
+    {"yes", {true}},
+    {"no", {false}},
+    {"date", {PropertyListDate{816939612}}},
+    {"data", {PropertyListData{std::string("\0\x01\xff", 3)}}},
+    {"list", {PropertyListArray{{PropertyListArray()}, {PropertyListDictionary()}, {std::string()}}}},
+}};
+
+TEST(FoundationValues, KeepEveryKindApart) {
+  @autoreleasepool {
+    EXPECT_TRUE(toPropertyList(toFoundation(everyKind)) == everyKind);
+    EXPECT_EQ(toPropertyList(nil), std::nullopt);
+    EXPECT_EQ(toUtf8(toNSString("é😔")), "é😔");
+  }
+}
+
+TEST(Preferences, OfADomainAreWhatWasWrittenThere) {
+  const std::string domain = "com.example.unit-tests." + std::to_string(::getpid());
+  UserDefaults defaults(domain);
+  EXPECT_EQ(defaults.objectForKey("key"), std::nullopt);
+  defaults.setObject(everyKind, "key");
+  EXPECT_TRUE(defaults.synchronize());
+  EXPECT_TRUE(UserDefaults(domain).objectForKey("key") == everyKind);
+
+  Task removal = childTask({});
+  removal.setExecutable("/usr/bin/defaults");
+  removal.setArguments({"delete", domain});
+  EXPECT_EQ(outputOf(removal), "");
+  EXPECT_EQ(removal.terminationStatus(), 0);
+}
+
+TEST(Bookmark, IsOfAnItemThatExists) {
+  const TempDirectory temp;
+  temp.directory("a é");
+  EXPECT_TRUE(bookmarkData(FileUrl::fileUrlWithPath(temp / "a é")));
+  EXPECT_FALSE(bookmarkData(FileUrl::fileUrlWithPath(temp / "missing")));
+}
+
+TEST(UniqueIdentifier, IsAnotherEachTime) {
+  EXPECT_EQ(makeUniqueIdentifier().size(), 36U);
+  EXPECT_NE(makeUniqueIdentifier(), makeUniqueIdentifier());
+}
+
+TEST(StandardDirectories, AreWhereTheModesLook) {
+  const std::string home = homeDirectoryPath();
+  EXPECT_EQ(systemDirectoryPath(StandardDirectory::userLibrary), home + "/Library");
+  EXPECT_EQ(systemDirectoryPath(StandardDirectory::userApplicationSupport),
+            home + "/Library/Application Support");
+  EXPECT_EQ(systemDirectoryPath(StandardDirectory::localUsers), "/Users");
+  EXPECT_EQ(systemDirectoryPath(StandardDirectory::localApplications), "/Applications");
+}
+
+TEST(RunningApplications, OfAnIdentifierThatNobodyHasAreNone) {
+  EXPECT_TRUE(runningApplicationsWithBundleIdentifier("com.example.nobody").empty());
+}
+
+TEST(UtilityQueue, RunsItsWorkOnAnotherThread) {
+  std::promise<std::thread::id> ran;
+  asyncOnUtilityQueue([&] { ran.set_value(std::this_thread::get_id()); });
+  EXPECT_NE(ran.get_future().get(), std::this_thread::get_id());
+}
+
+// Ends the process as an Objective-C exception that nothing catches does.
+void endByFoundation() {
+  IssuesReporter& reporter = IssuesReporter::sharedInstance();
+  reporter.setMessageLogger([](const std::string& message) { std::cerr << message << '\n'; });
+  reporter.enableReporter();
+  const auto raise = [] {
+    id nothing = nil;
+    [[NSMutableArray array] addObject:nothing];
+  };
+  [&]() noexcept { raise(); }();
+}
+
+TEST(IssuesReporterDeathTest, ReportsAnExceptionOfFoundation) {
+  EXPECT_EXIT(endByFoundation(), testing::KilledBySignal(SIGABRT),
+              "Ended by an uncaught exception: NSInvalidArgumentException: ");
+}
+
+}  // namespace
+}  // namespace wendle
