@@ -33,7 +33,7 @@ inline constexpr std::array<ModeSwitch, 4> modeSwitches{{{"--soft", Mode::soft, 
 // executable's path, the first element, is looked at like the others.
 [[nodiscard]] std::optional<Mode> chosenMode(const std::vector<std::string>& arguments);
 
-// Runs a mode of the shared uninstaller to its end: on macOS of AFXWendleUninstaller's.
+// Runs a mode of the shared uninstaller to its end: on macOS of AFXWendleUninstaller's [R].
 void runMode(Mode mode);
 
 // Runs the mode: its start line, then its steps one after another. No step reports a failure here: each logs

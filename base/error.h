@@ -26,7 +26,7 @@ struct Error {
   return {std::string(posixErrorDomain), errnoValue, std::strerror(errnoValue)};
 }
 
-// As Foundation prints an NSError: Error Domain=NSPOSIXErrorDomain Code=2 "No such file or directory"
+// As Foundation prints an NSError [D]: Error Domain=NSPOSIXErrorDomain Code=2 "No such file or directory"
 [[nodiscard]] inline std::string describe(const Error& error) {
   return "Error Domain=" + error.domain + " Code=" + std::to_string(error.code) + " \"" + error.description +
          "\"";

@@ -6,7 +6,7 @@
 
 namespace wendle {
 
-// The rules of Foundation's path strings. They look at the text only, never at the disk, and normalise
+// The rules of Foundation's path strings [D]. They look at the text only, never at the disk, and normalise
 // neither `.` nor `..`.
 
 // `/a/b` and `/a/b/` give `/`, `a`, `b`; empty components are dropped.

@@ -37,8 +37,8 @@ struct PropertyList {
   [[nodiscard]] const PropertyList* find(const std::string& key) const;
 };
 
-// Equality as Foundation's isEqual: has it: numbers are equal by their values, so that 1, 1.0 and true are
-// one.
+// Equality as Foundation's isEqual: has it [D]: numbers are equal by their values, so that 1, 1.0 and true
+// are one.
 [[nodiscard]] bool isEqual(const PropertyList& left, const PropertyList& right);
 
 }  // namespace wendle

@@ -19,7 +19,7 @@ void appendUtf8(std::string& text, char32_t character);
 [[nodiscard]] std::string_view firstBytes(std::string_view text, size_t maxBytes);
 
 // Without white space and line ends at both ends, as Foundation's whitespaceAndNewlineCharacterSet has them
-// (the blanks of other scripts and U+0085 included). Ill-formed bytes are no white space.
+// (the blanks of other scripts and U+0085 included) [D]. Ill-formed bytes are no white space.
 [[nodiscard]] std::string trimmed(std::string_view text);
 
 // Decimal text as a number: one optional `+` or `-`, then ASCII digits and nothing else; leading zeros are

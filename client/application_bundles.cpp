@@ -80,7 +80,7 @@ template <typename Visit>
 void planInstances(const RemovalPlan& plan, Visit visit) {
   for (const std::string& identifier : bundleIdentifierStrings(instanceBundleIdentifiers())) {
     for (const std::string& path : findSpotlightPaths(identifier)) {
-      // Without it a folder is no bundle any more, and Spotlight will not list it.
+      // Without it a folder is no bundle any more, and Spotlight will not list it [I].
       if (!plan.takesAlong(path + "/Contents/Info.plist"))
         visit(path, "a copy of " + identifier + " that Spotlight lists");
     }

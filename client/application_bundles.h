@@ -11,9 +11,10 @@ namespace wendle {
 
 // The client's component applications, wherever Spotlight's index has a copy of them.
 
-// The absolute paths in an answer of the index, which parts them by line feeds. A path may hold line feeds as
-// well: neighbouring lines are one path when such an item is there, since to take them apart would be to name
-// other items. A line that is no absolute path is left out: it would name something in the working directory.
+// The absolute paths in an answer of the index, which parts them by line feeds (mdfind(1)). A path may hold
+// line feeds as well: neighbouring lines are one path when such an item is there, since to take them apart
+// would be to name other items. A line that is no absolute path is left out: it would name something in the
+// working directory.
 [[nodiscard]] std::vector<std::string> pathsInAnswer(std::string_view answer);
 
 // The absolute paths of the bundles with that identifier, in the index's order. Empty when nothing is found,

@@ -17,8 +17,8 @@
 namespace wendle {
 namespace {
 
-// The shell makes the escaped quote part of the pattern, so that grep passes over the _CFURLStringType lines;
-// awk prints the position, among the tiles' URL lines, of every line that speaks of the client.
+// The shell makes the escaped quote part of the pattern, so that grep passes over the _CFURLStringType lines
+// [D]; awk prints the position, among the tiles' URL lines, of every line that speaks of the client.
 constexpr const char* searchLine =
     R"(defaults read com.apple.dock persistent-others | grep _CFURLString\" | awk "/Wendle/ {print NR}")";
 

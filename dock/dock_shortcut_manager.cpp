@@ -19,7 +19,7 @@ using namespace std::chrono_literals;
 
 constexpr const char* dockDomain = "com.apple.dock";
 constexpr const char* tilesKey = "persistent-others";
-constexpr auto writingTime = 2s;  // for the preferences to reach the disk before the Dock reads them again
+constexpr auto writingTime = 2s;  // the preferences are on the disk by then, for the Dock to read [I]
 constexpr useconds_t pollInterval = 10'000;  // microseconds
 constexpr auto dockStartTime = 5s;
 

@@ -23,7 +23,7 @@ class IssuesReporter {
   }
 
   // From now on an exception that nothing catches, an NSException as well, becomes one message, which names
-  // the cause and the newest log file, before the process ends with SIGABRT as it would have done anyway.
+  // the cause and the newest log file, before the process ends with SIGABRT as it would have done anyway [D].
   void enableReporter();
 
  private:

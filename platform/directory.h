@@ -39,7 +39,7 @@ class DirectoryStream {
   std::unique_ptr<Implementation> implementation_;
 };
 
-// What macOS keeps in an item's flags (chflags(2)) and removefile(3) heeds; none of it concerns Linux.
+// What macOS keeps in an item's flags (chflags(2)) and removefile(3) heeds [S]; none of it concerns Linux.
 
 // The flags with which unlinkat(2) removes a directory: AT_REMOVEDIR, and another one when its contents are
 // not here but with whoever syncs them. It goes unread then, so that nothing is fetched only to be removed.

@@ -16,12 +16,12 @@ namespace wendle {
 // with the depth, and with the number of entries only in directories more than 22 levels down.
 //
 // A directory on another device than the item's is another volume: it stays with all its contents, and is
-// EBUSY, as a mount point is (removefile(3) walks with FTS_XDEV). An item that is itself a mount point is
+// EBUSY, as a mount point is (removefile(3) walks with FTS_XDEV [S]). An item that is itself a mount point is
 // emptied.
 //
 // As removefile(3) on macOS, the superuser's process takes off the flags with which users keep an item from
 // being removed (`uchg`, `uappnd`), and a directory whose contents are in the cloud goes without their being
-// fetched.
+// fetched [S].
 //
 // What cannot be removed is passed over and the rest is removed all the same; the result is then the error
 // that was met first, not the "directory not empty" that follows from it. A missing item is ENOENT; one that

@@ -44,7 +44,7 @@ enum class StandardDirectory {
 [[nodiscard]] std::string makeUniqueIdentifier();
 
 // The system's own exceptions: NSException on macOS, none on Linux. std::set_terminate does not hear of them
-// in a program with a C++ runtime of its own inside.
+// in a program with a C++ runtime of its own inside [I].
 
 // From now on `report` is called with name and reason of one that nothing catches, and after it the handler
 // that was set before. The program then ends as it would have done anyway. Source:

@@ -14,7 +14,7 @@ void asyncOnUtilityQueue(std::function<void()> work);
 void afterDelayOnMainQueue(std::chrono::nanoseconds delay, std::function<void()> work);
 
 // Serves the main queue on the calling thread, waiting for work as long as it takes, until `isDone` holds
-// after a piece of work. On Linux only: on macOS the main run loop does this.
+// after a piece of work. On Linux only: on macOS the main run loop does this [D].
 void serveMainQueueUntil(const std::function<bool()>& isDone);
 
 }  // namespace wendle

@@ -28,7 +28,7 @@ struct RemovalForecast {
 // there. Reads only: no link in the item is followed, no other volume entered, and nothing is opened but
 // directories. Right as long as nobody changes the item meanwhile, with two exceptions: a directory that may
 // not be read counts as one that holds something, and what the system asks its user's consent for (macOS's
-// privacy protection) cannot be asked beforehand.
+// privacy protection) cannot be asked beforehand [I].
 [[nodiscard]] std::optional<RemovalForecast> forecastRemoval(const std::string& path);
 
 // Whether removeItem() for `item`, a directory, would come to `path`, which lies below it: every directory

@@ -10,7 +10,7 @@ namespace {
 
 std::string framed(const std::string& body) { return "<plist>" + body + "</plist>"; }
 
-// A tile as the Dock writes it; the bookmark data has its usual first bytes and length.
+// A tile as the Dock writes it; the bookmark data has its usual first bytes and length [D].
 const std::string tile = framed(
     R"(<dict><key>tile-data</key><dict>
     <key>arrangement</key><integer>2</integer><key>book</key><data>Ym9va5wCAAAAAAQQMAAA)" +

@@ -15,7 +15,7 @@ void unloadLaunchAgents();
 void planLaunchAgents(RemovalPlan& plan);
 
 // Each runs launchctl once. "success" in the log means that launchctl ran to its end: it reports success on
-// failure.
+// failure [D].
 void unloadLaunchAgent(const std::string& path);
 void removeLaunchAgent(const std::string& path);
 

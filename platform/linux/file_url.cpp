@@ -11,7 +11,7 @@
 namespace wendle {
 namespace {
 
-constexpr std::string_view unescapedMarks = "-._~!$&'()*+,=:@/";  // the semicolon is escaped, as on macOS
+constexpr std::string_view unescapedMarks = "-._~!$&'()*+,=:@/";  // the semicolon is escaped, as on macOS [I]
 
 bool standsUnescaped(char byte) {
   const bool isLetter = (byte >= 'a' && byte <= 'z') || (byte >= 'A' && byte <= 'Z');

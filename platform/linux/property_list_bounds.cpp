@@ -12,9 +12,9 @@ constexpr size_t maxXmlContainers = 20'000;          // each could lie in the on
 constexpr std::uint64_t maxExpandedSize = 64 << 20;  // bytes
 constexpr std::uint64_t objectSize = 64;             // bytes, what an empty object takes at the least
 
-// The objects of a binary property list, as CoreFoundation's CFBinaryPList.c describes them: a marker with
-// kind and count, then bytes or references to other objects; behind them the table of their offsets, and a
-// trailer.
+// The objects of a binary property list, as CoreFoundation's CFBinaryPList.c describes them [S]: a marker
+// with kind and count, then bytes or references to other objects; behind them the table of their offsets, and
+// a trailer.
 class BinaryObjects {
  public:
   explicit BinaryObjects(std::string_view bytes) : bytes_(bytes) {

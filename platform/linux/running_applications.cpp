@@ -14,7 +14,7 @@
 namespace wendle {
 namespace {
 
-// What macOS sets for an application that it starts.
+// What macOS sets for an application that it starts [I].
 constexpr std::string_view identifierVariable = "__CFBundleIdentifier=";
 
 // The environment of a process of this user: each entry between two zero bytes. Empty for another's. The

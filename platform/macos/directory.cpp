@@ -34,7 +34,7 @@ EntryType toEntryType(const dirent& entry) {
   return entry.d_type == DT_DIR ? EntryType::directory : EntryType::other;
 }
 
-constexpr int atRemovedirDataless = 0x0100;  // AT_REMOVEDIR_DATALESS in xnu's <sys/fcntl.h>
+constexpr int atRemovedirDataless = 0x0100;  // AT_REMOVEDIR_DATALESS in xnu's <sys/fcntl.h> [S]
 constexpr std::uint32_t userFlags = UF_IMMUTABLE | UF_APPEND;
 constexpr std::uint32_t systemFlags = SF_IMMUTABLE | SF_APPEND;
 

@@ -14,14 +14,14 @@ bool isDirectoryItself(const std::string& path) {
   return ::lstat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
 }
 
-// A path that is no UTF-8 has no NSString: its bytes are escaped one by one.
+// A path that is no UTF-8 has no NSString: its bytes are escaped one by one [I].
 NSURL* toUrl(const std::string& path, bool isDirectory) {
   return [NSURL fileURLWithFileSystemRepresentation:path.c_str()
                                         isDirectory:isDirectory ? YES : NO
                                       relativeToURL:nil];
 }
 
-// The bytes as they were given: a file system may tell composed names from decomposed ones.
+// The bytes as they were given: a file system may tell composed names from decomposed ones [D].
 std::string toPath(NSURL* url, std::string_view given) {
   std::string path = given.starts_with('/') ? std::string(given) : toUtf8(url.path);
   while (path.size() > 1 && path.ends_with('/')) path.pop_back();

@@ -32,7 +32,7 @@ struct MakeObject {
   }
 };
 
-// The numbers true and false have a class of their own; their objCType is that of a small integer.
+// The numbers true and false have a class of their own; their objCType is that of a small integer [D].
 bool isBoolean(NSNumber* number) { return [number class] == [[NSNumber numberWithBool:YES] class]; }
 
 PropertyList toNumber(NSNumber* number) {
@@ -78,7 +78,7 @@ NSString* toNSString(std::string_view text) {
 
 std::string toUtf8(NSString* text) {
   @autoreleasepool {
-    // Lossy, for half a surrogate pair: UTF-8 cannot say it.
+    // Lossy, for half a surrogate pair: UTF-8 cannot say it [D].
     NSData* bytes = [text dataUsingEncoding:NSUTF8StringEncoding allowLossyConversion:YES];
     return {static_cast<const char*>(bytes.bytes), bytes.length};
   }

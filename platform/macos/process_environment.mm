@@ -73,7 +73,7 @@ void reportUncaughtSystemExceptions(void (*report)(const std::string& cause)) {
   NSSetUncaughtExceptionHandler(handleUncaught);
 }
 
-// To C++ the type of an Objective-C exception has the name of its class.
+// To C++ the type of an Objective-C exception has the name of its class [S].
 bool isEndingBySystemException() {
   const std::type_info* type = abi::__cxa_current_exception_type();
   return type != nullptr && objc_lookUpClass(type->name()) != nil;

@@ -7,7 +7,7 @@
 
 namespace wendle {
 
-// The registry's own object: a process number may be another application's by the time it is used.
+// The registry's own object [D]: a process number may be another application's by the time it is used.
 struct RunningApplication::Handle {
   NSRunningApplication* application;
 };

@@ -12,13 +12,13 @@
 
 #include "platform/posix/spawn_attributes.h"
 
-extern char** environ;  // NOLINT(readability-redundant-declaration): no header of macOS declares it
+extern char** environ;  // NOLINT(readability-redundant-declaration): no header of macOS declares it [S]
 
 namespace wendle {
 namespace {
 
 constexpr int firstOrdinaryFd = 3;
-constexpr size_t maxPipeCapacity = 1024 * 1024;  // pipe(7): more needs privileges; other systems hold less
+constexpr size_t maxPipeCapacity = 1024 * 1024;  // pipe(7): more needs privileges; macOS's hold less [S]
 
 // Not open, and errno says why, when there is no descriptor left.
 UniqueFd closedOnExecAboveStandardStreams(UniqueFd fd) {
@@ -62,7 +62,7 @@ class IgnoredSignals {
 short resetSignalsExcept(const std::vector<int>& ignored, posix_spawnattr_t& attributes) {
   sigset_t none;
   sigset_t reset;
-  sigemptyset(&none);  // unqualified: macros on macOS
+  sigemptyset(&none);  // unqualified: macros on macOS [S]
   sigfillset(&reset);
   for (const int unchangeable : {SIGKILL, SIGSTOP}) sigdelset(&reset, unchangeable);
   for (const int number : ignored) sigdelset(&reset, number);

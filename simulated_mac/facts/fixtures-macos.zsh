@@ -1,5 +1,5 @@
 # What facts need, made on a Mac, in places that any Mac can spare: a folder of its own in the home folder (Spotlight
-# looks at no other), a keychain file, a preference domain, a launch agent and an application of that run's own name.
+# looks at no other [I]), a keychain file, a preference domain, a launch agent and an application of that run's own name.
 
 describe_system() { print "macOS $(sw_vers -productVersion) ($(sw_vers -buildVersion)), $(uname -m)" }
 

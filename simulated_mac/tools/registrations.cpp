@@ -42,7 +42,7 @@ int listJob(const std::string& label) {
   return 0;
 }
 
-// As launchd ends a job: asks its process, and kills it when it has not gone in time.
+// As launchd ends a job: asks its process, and kills it when it has not gone in time [D].
 void endJob(const Record& job) {
   for (const int pid : processesOfJob(job)) {
     pollfd gone = {openProcess(pid), POLLIN, 0};

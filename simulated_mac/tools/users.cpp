@@ -57,7 +57,7 @@ int sudo(const Strings& arguments) {
   const int session = ::open("/proc/1/ns/user", O_RDONLY | O_CLOEXEC);
   if (::getuid() != 0 || ::setns(session, CLONE_NEWUSER) != 0)
     return complain("sudo: a password is required", 1);
-  const char* locale = std::getenv("LC_ALL");  // which sudo lets through on macOS
+  const char* locale = std::getenv("LC_ALL");  // which sudo lets through on macOS [D]
   const Strings kept(locale == nullptr ? 0 : 1, locale == nullptr ? "" : locale);
   ::clearenv();
   for (const std::string& value : kept) ::setenv("LC_ALL", value.c_str(), 1);

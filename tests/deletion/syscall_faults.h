@@ -8,8 +8,8 @@
 namespace wendle {
 
 // The system calls of a deletion: openat(2), getdents64(2), fstat(2) and unlinkat(2). macOS reads a directory
-// out of sight; there the first readdir(3) of one counts as the read that lists all, and the last as the one
-// that finds the end.
+// out of sight [S]; there the first readdir(3) of one counts as the read that lists all, and the last as the
+// one that finds the end.
 enum class Syscall { open, read, status, unlink };
 
 // Runs before a call, its own calls aside, and returns the errno value that the call fails with; 0 lets it go

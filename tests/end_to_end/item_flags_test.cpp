@@ -1,5 +1,5 @@
-// What macOS keeps in an item's flags, as the macOS executable heeds it: macos_program takes them from mode
-// bits.
+// What macOS keeps in an item's flags, as the macOS executable heeds it [R]: macos_program takes them from
+// mode bits.
 #include <gtest/gtest.h>
 
 #include <filesystem>

@@ -28,7 +28,7 @@ bool isOfMacos() {
   return answer;
 }
 
-// What errors look like that have another number or text on macOS: here and there.
+// What errors look like that have another number or text on macOS [S]: here and there.
 constexpr std::array<std::pair<std::string_view, std::string_view>, 5> platformErrors{{
     {R"(Code=16 "Device or resource busy")", R"(Code=16 "Resource busy")"},
     {R"(Code=35 "Resource deadlock avoided")", R"(Code=11 "Resource deadlock avoided")"},

@@ -21,7 +21,7 @@ bool wendle::exchange(int directory, const char* name, int otherDirectory, const
   return ::renameatx_np(directory, name, otherDirectory, otherName, RENAME_SWAP) == 0;
 }
 
-// The system's own function behind the one of that name here. On Intel some have two forms, of which
+// The system's own function behind the one of that name here. On Intel some have two forms [S], of which
 // <sys/stat.h> and <dirent.h> choose the one with this ending.
 template <typename Function>
 static Function* systems(const std::string& name) {
@@ -91,8 +91,8 @@ extern "C" int unlinkat(int directory, const char* name, int flags) {
   return next(directory, name, flags);
 }
 
-// The clock of the deletion, in place of that in the system's C++ library, whose own calls stay there. Weak,
-// for an executable with a C++ library inside; there no clock can be stopped.
+// The clock of the deletion, in place of that in the system's C++ library, whose own calls stay there [S].
+// Weak, for an executable with a C++ library inside; there no clock can be stopped.
 __attribute__((weak, visibility("hidden"))) std::chrono::steady_clock::time_point
 std::chrono::steady_clock::now() noexcept {
   if (wendle::stoppedClock) return time_point(std::chrono::seconds(*wendle::stoppedClock));

@@ -36,7 +36,7 @@ TEST(PathFilters, SafetyNetIsAFolderInTheItemOrAboveIt) {
   expectAll(true, below(temp, isInSafetyNetFolder), {"clone/Apps/A", "clone"});
   expectAll(false, below(temp, isInSafetyNetFolder), {"plain/A", "A"});
   const bool isCaseSensitive =
-      !std::filesystem::exists(temp / "PLAIN");  // the disk decides: macOS's mostly is not
+      !std::filesystem::exists(temp / "PLAIN");  // the disk decides: macOS's mostly is not [D]
   expectAll(!isCaseSensitive, below(temp, isInSafetyNetFolder), {"disk/A"});
 }
 

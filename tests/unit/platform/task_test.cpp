@@ -111,7 +111,7 @@ TEST(Task, RunsAsUsualWhateverTheLauncherLeftOpenClosedBlockedOrIgnored) {
     SCOPED_TRACE(closed);  // the standard descriptors, as bits
     inFork([closed] {
       sigset_t all;
-      (sigfillset)(&all);  // a macro on macOS
+      (sigfillset)(&all);  // a macro on macOS [S]
       ::sigprocmask(SIG_BLOCK, &all, nullptr);
       for (const int number : {SIGPIPE, SIGINT, SIGCHLD}) std::signal(number, SIG_IGN);
       ::dup2(STDOUT_FILENO, 50);

@@ -1,7 +1,7 @@
 #pragma once
 
 // What this project uses of Foundation, for builds without Apple's SDK. Names, types and values are those of
-// Apple's documentation; the numbers are part of the binary interface.
+// Apple's documentation; the numbers are part of the binary interface [D].
 
 #include <limits.h>
 #include <objc/NSObject.h>

@@ -15,7 +15,7 @@ namespace {
 
 constexpr uid_t somebodyElse = 65534;
 
-// A program that sleeps as that user, and what macOS would have set for the application it belongs to.
+// A program that sleeps as that user, and what macOS would have set for the application it belongs to [I].
 class Sleeper {
  public:
   Sleeper(const std::string& program, uid_t user, const char* variable) {

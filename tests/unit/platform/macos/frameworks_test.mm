@@ -1,4 +1,4 @@
-// What macOS's own frameworks do for the product. They have no stand-in here: these run on a Mac only.
+// What Apple's own frameworks do for the product. They have no stand-in here: these run on a Mac only.
 #import <Foundation/Foundation.h>
 #include <gtest/gtest.h>
 
