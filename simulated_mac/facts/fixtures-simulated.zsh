@@ -41,6 +41,8 @@ make_loaded() {
     <key>identifier</key><string>$identifier</string><key>path</key><string>$agent</string></dict></array></dict>"
   XPC_SERVICE_NAME=$identifier /host/bin/sleep 600 &
   process=$!
+  # Until the shell's child has become that program it has the shell's environment.
+  until [[ "$(</proc/$process/environ)" == *XPC_SERVICE_NAME=$identifier* ]]; do zselect -t 1 || true; done
 }
 
 # An application that sleeps, known to the system, and a process of it.
