@@ -2,7 +2,6 @@
 #include "simulated_mac/macos_program/mach_o.h"
 
 #include <algorithm>
-#include <bit>
 
 namespace wendle::macho {
 namespace {
@@ -43,6 +42,18 @@ struct DyldInfoCommand {
       lazyOffset, lazySize, exportOffset, exportSize;
 };
 
+// Every processor of its kind runs these; others want instructions that a few have (x86_64h, arm64e).
+constexpr std::uint32_t everyIntel = 3, everyArm = 0, subtypeMask = 0x00FFFFFF;
+
+// Code, data, and what the loader prepares; with a blank on both sides. Another section may want something of
+// it: a variable for each thread, a class to be told that it was loaded.
+constexpr std::string_view knownSections =
+    " __text __stubs __stub_helper __const __cstring __literals __literal4 __literal8 __literal16 __data"
+    " __bss __common __got __la_symbol_ptr __gcc_except_tab __unwind_info __eh_frame __mod_init_func"
+    " __cfstring __objc_imageinfo __objc_classlist __objc_catlist __objc_selrefs __objc_classrefs"
+    " __objc_superrefs __objc_data __objc_const __objc_ivar __objc_methname __objc_methtype"
+    " __objc_classname ";
+
 template <std::size_t size>
 std::string toText(const char (&field)[size]) {
   return {field, std::find(field, field + size, '\0')};
@@ -50,13 +61,18 @@ std::string toText(const char (&field)[size]) {
 
 std::uint32_t bigEndian(std::uint32_t number) { return __builtin_bswap32(number); }
 
+bool runsOn(Processor wanted, std::uint32_t processor, std::uint32_t subtype) {
+  const std::uint32_t every = wanted == Processor::x86_64 ? everyIntel : everyArm;
+  return processor == static_cast<std::uint32_t>(wanted) && (subtype & subtypeMask) == every;
+}
+
 Bytes halfFor(Bytes file, Processor processor) {
   if (file.size() < sizeof(Header)) throw Refusal("it is no macOS executable");
   if (bigEndian(valueAt<std::uint32_t>(file, 0, "")) != universalMagic) return file;
   const std::uint32_t count = bigEndian(valueAt<std::uint32_t>(file, 4, ""));
   for (std::uint64_t i = 0; i < count; ++i) {
     const auto found = valueAt<UniversalPart>(file, 8 + i * sizeof(UniversalPart), "its table of halves");
-    if (bigEndian(found.processor) != static_cast<std::uint32_t>(processor)) continue;
+    if (!runsOn(processor, bigEndian(found.processor), bigEndian(found.subtype))) continue;
     return part(file, bigEndian(found.offset), bigEndian(found.size), "a half");
   }
   throw Refusal("it has no half for this processor");
@@ -69,7 +85,7 @@ class Parser {
   MachO parse(Processor processor) {
     const auto header = valueAt<Header>(half_, 0, "the header");
     if (header.magic != magic64) throw Refusal("it is no macOS executable");
-    if (header.processor != static_cast<std::uint32_t>(processor)) {
+    if (!runsOn(processor, header.processor, header.subtype)) {
       throw Refusal("it is for another processor than this one");
     }
     if (header.fileType != executableFile) throw Refusal("it is a Mach-O file, but no executable");
@@ -109,13 +125,20 @@ class Parser {
     if (segment.content.size() > segment.size || segment.address + segment.size < segment.address) {
       throw Refusal("it is damaged: the size of segment " + segment.name);
     }
+    if (bytes.size() != sizeof command + std::uint64_t{command.sectionCount} * sizeof(SectionHeader)) {
+      throw Refusal("it is damaged: the number of sections in segment " + segment.name);
+    }
     for (std::uint64_t i = 0; i < command.sectionCount; ++i) {
       readSection(valueAt<SectionHeader>(bytes, sizeof command + i * sizeof(SectionHeader), "a section"));
     }
   }
 
   void readSection(const SectionHeader& header) {
-    image_.sections.push_back({toText(header.name), header.address, header.size});
+    const std::string name = toText(header.name);
+    if (knownSections.find(" " + name + " ") == std::string_view::npos) {
+      throw Refusal("it has a section " + name + ", which is unknown here");
+    }
+    image_.sections.push_back({name, header.address, header.size});
   }
 
   void readDyldInfo(const DyldInfoCommand& info) {
@@ -136,10 +159,12 @@ class Parser {
       }
       end = segment.address + segment.size;
     }
+    std::uint64_t sectionEnd = 0;
     for (const Section& section : image_.sections) {
-      if (image_.segmentOf(section.address, section.size) == nullptr) {
-        throw Refusal("it is damaged: section " + section.name + " lies in no segment");
+      if (section.address < sectionEnd || image_.segmentOf(section.address, section.size) == nullptr) {
+        throw Refusal("it is damaged: the place of section " + section.name);
       }
+      sectionEnd = section.address + section.size;
     }
     if (end - text.address > maxImageSize || *entryOffset_ >= text.size) {
       throw Refusal("it is damaged: the size of segment __TEXT");

@@ -196,3 +196,12 @@ INSTANTIATE_TEST_SUITE_P(
 
 }  // namespace
 }  // namespace wendle::test
+        {"OfAnotherArm", [](auto& file) { file.bytes[8 + 7] = file.bytes[28 + 7] = 8; },
+         "it has no half for this processor"},
+        {"UnknownSection",
+         [](auto& file) {
+           file.bytes.replace(file.bytes.find("__mod_init_func", file.half), 15, "__init_offsets\0", 15);
+         },
+         "it has a section __init_offsets, which is unknown here"},
+        {"LessSections", [](auto& file) { --file.bytes[file.command(segment) + 72 + 64]; },
+         "it is damaged: the number of sections in segment __TEXT"},
