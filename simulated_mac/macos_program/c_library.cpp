@@ -1,5 +1,5 @@
 // Memory, text, time and standard streams. What is here as it is has the same signature and meaning on both
-// systems (ISO C, POSIX); a FILE and a locale are only handed back. The numbers of clocks are those of
+// systems (ISO C, POSIX); a FILE is only handed back. The numbers of clocks are those of
 // macOS's <time.h>, the table of characters is that of <runetype.h>, <ctype.h> and <pwd.h>.
 #include <pwd.h>
 #include <strings.h>
@@ -11,7 +11,6 @@
 #include <cstdlib>
 #include <cstring>
 #include <ctime>
-#include <cwchar>
 #include <memory>
 
 #include "simulated_mac/macos_program/darwin.h"
@@ -41,8 +40,6 @@ int errorTextTo(int number, char* buffer, std::size_t size) {
   std::snprintf(buffer, size, "%s", darwinErrorText(number));
   return 0;
 }
-
-int maxCharacterSize(const void* /*locale*/) { return static_cast<int>(MB_CUR_MAX); }
 
 int readClock(int clock, timespec* time) {
   constexpr int realTime = 0, monotonicRaw = 4, monotonic = 6, uptimeRaw = 8;
@@ -118,7 +115,7 @@ int characterIs(std::int32_t character, unsigned long kinds) {
 }  // namespace
 
 Imports cLibraryImports() {
-  static std::FILE *const in = stdin, *const out = stdout, *const err = stderr;
+  static std::FILE *const out = stdout, *const err = stderr;
   static const Import imports[] = {
       provide("_malloc", WithErrno<std::malloc>::call),
       provide("_calloc", WithErrno<std::calloc>::call),
@@ -137,10 +134,6 @@ Imports cLibraryImports() {
       provide("_strcmp", std::strcmp),
       provide("_getpwuid", findUser),
       provide("_strlen", std::strlen),
-      // The C locale is the only one: the last argument, a locale, is not looked at.
-      provide("_mbtowc_l", std::mbtowc),
-      provide("_wcrtomb_l", std::wcrtomb),
-      provide("____mb_cur_max_l", maxCharacterSize),
       provide("_snprintf", Variadic<printToBuffer>::call),
       provide("___error", darwinErrno),
       provide("_strerror", darwinErrorText),
@@ -154,17 +147,10 @@ Imports cLibraryImports() {
       provide("_nanosleep", WithErrno<::nanosleep>::call),
       provide("_usleep", WithErrno<::usleep>::call),
 
-      {"___stdinp", &in},
       {"___stdoutp", &out},
       {"___stderrp", &err},
-      provide("_fopen", WithErrno<std::fopen>::call),
-      provide("_fclose", WithErrno<std::fclose>::call),
-      provide("_fseeko", WithErrno<::fseeko>::call),
-      provide("_ftello", WithErrno<::ftello>::call),
       provide("_fflush", WithErrno<std::fflush>::call),
-      provide("_fread", std::fread),
       provide("_fwrite", std::fwrite),
-      provide("_fputs", WithErrno<std::fputs>::call),
       provide("_fputc", WithErrno<std::fputc>::call),
       {"_vfprintf", reinterpret_cast<const void*>(printToStream)},
   };

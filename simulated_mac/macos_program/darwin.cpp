@@ -16,15 +16,17 @@ struct DarwinError {
   const char* text = nullptr;  // macOS's (its C library's errlst.c) where this system says something else
 };
 
-// Up to 34 the numbers are the same, but for 11.
+// Up to 34 the numbers are the same, but for 11. What a file system does not support is ENOTSUP, which is
+// EOPNOTSUPP here; the other of that name is for sockets.
 constexpr DarwinError differing[] = {
+    {ENXIO, 6, "Device not configured"},
     {EDEADLK, 11},
     {EBUSY, 16, "Resource busy"},
     {EXDEV, 18, "Cross-device link"},
     {ENODEV, 19, "Operation not supported by device"},
     {ERANGE, 34, "Result too large"},
     {EAGAIN, 35},
-    {EOPNOTSUPP, 102, "Operation not supported on socket"},
+    {ENOTSUP, 45},
     {ETIMEDOUT, 60, "Operation timed out"},
     {ELOOP, 62},
     {ENAMETOOLONG, 63},
@@ -33,7 +35,7 @@ constexpr DarwinError differing[] = {
     {ESTALE, 70, "Stale NFS file handle"},
     {ENOLCK, 77},
     {ENOSYS, 78},
-    {EOVERFLOW, 84},
+    {EOVERFLOW, 84, "Value too large to be stored in data type"},
     {ECANCELED, 89},
     {EILSEQ, 92, "Illegal byte sequence"},
 };

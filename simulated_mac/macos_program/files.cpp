@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <span>
 
 #include "simulated_mac/macos_program/darwin.h"
 #include "simulated_mac/macos_program/imports.h"
@@ -42,6 +43,10 @@ struct DarwinEntry {
   char name[1024];
 };
 
+[[noreturn]] void refuseFlags(const char* call, int flags) {
+  refuse(std::string(call) + " has an argument that is unknown here: " + std::to_string(flags));
+}
+
 // An item's flags (<sys/stat.h>). Mode bits that no item of a client has stand for them, since they can be
 // set in every file system of this one.
 constexpr std::uint32_t userImmutable = 0x2, systemImmutable = 0x20000, dataless = 0x40000000;
@@ -56,7 +61,11 @@ std::uint32_t flagsOf(const struct stat& item) {
 
 mode_t modeWithFlags(const struct stat& item, std::uint32_t flags) {
   mode_t mode = item.st_mode & 0777;
-  for (const auto& [bit, flag] : modesOfFlags) mode |= (flags & flag) != 0 ? bit : 0;
+  for (const auto& [bit, flag] : modesOfFlags) {
+    mode |= (flags & flag) != 0 ? bit : 0;
+    flags &= ~flag;
+  }
+  if (flags != 0) refuseFlags("chflags", static_cast<int>(flags));
   return mode;
 }
 
@@ -69,10 +78,6 @@ struct Directory {
 
 constexpr int currentDirectory = -2;  // AT_FDCWD
 int directoryAt(int fd) { return fd == currentDirectory ? AT_FDCWD : fd; }
-
-[[noreturn]] void refuseFlags(const char* call, int flags) {
-  refuse(std::string(call) + " has an argument that is unknown here: " + std::to_string(flags));
-}
 
 // The one flag that a call knows, as this system has it.
 int translated(const char* call, int flags, int darwin, int host) {
@@ -224,6 +229,14 @@ int closeDirectory(Directory* directory) {
 
 int descriptorOf(Directory* directory) { return ::dirfd(directory->stream); }
 
+// The same structure, and the same bits from POLLIN to POLLNVAL; a nfds_t is an int there.
+int pollDescriptors(pollfd* descriptors, unsigned count, int timeout) {
+  for (const pollfd& each : std::span(descriptors, count)) {
+    if ((each.events & ~(POLLIN | POLLPRI | POLLOUT)) != 0) refuseFlags("poll", each.events);
+  }
+  return withErrno(::poll(descriptors, count, timeout));
+}
+
 // On Intel, the names without it are those of the old structures.
 #if defined(__x86_64__)
 #define WENDLE_INODE64(name) name "$INODE64"
@@ -263,9 +276,7 @@ Imports fileImports() {
       provide("_unlinkat", unlinkAt),
       provide("_faccessat", accessAt),
       provide("_umask", ::umask),
-      provide("_mkdir", WithErrno<::mkdir>::call),
       provide("_mkdirat", makeDirectoryAt),
-      provide("_umask", ::umask),
       provide("_fchmod", WithErrno<::fchmod>::call),
       provide("_fchflags", setFlagsOf),
       provide("_setattrlistat", setAttributesAt),
@@ -275,7 +286,7 @@ Imports fileImports() {
       provide("_pipe", WithErrno<static_cast<int (*)(int*)>(::pipe)>::call),
       provide("_read", WithErrno<::read>::call),
       provide("_write", WithErrno<::write>::call),
-      provide("_poll", WithErrno<::poll>::call),  // the same structure, and POLLIN, POLLOUT, POLLERR, POLLHUP
+      provide("_poll", pollDescriptors),
   };
   return imports;
 }

@@ -117,6 +117,7 @@ std::vector<int> processesOfApplication(const std::string& identifier) {
 
 @implementation MacUserDefaults
 - (instancetype)initWithSuiteName:(NSString*)domain {
+  if (domain == nil) wendle::macho::refuse("the preferences of the program itself are unknown here");
   file_ =
       [[NSString alloc] initWithFormat:@"%@/Library/Preferences/%@.plist", toText(homeDirectory()), domain];
   written_ = [[NSMutableDictionary alloc] init];
@@ -158,7 +159,8 @@ namespace {
 
 NSString* home() { return toText(homeDirectory()); }
 
-NSArray* searchPaths(NSUInteger directory, NSUInteger domain, BOOL) {
+NSArray* searchPaths(NSUInteger directory, NSUInteger domain, BOOL expandsTilde) {
+  if (expandsTilde == NO) refuse("standard directories with a tilde are unknown here");
   constexpr NSUInteger inHome = 1, onMachine = 2;
   constexpr NSUInteger applications = 1, library = 5, users = 7, applicationSupport = 14;
   if (domain == inHome && directory == library)

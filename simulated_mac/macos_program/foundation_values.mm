@@ -10,6 +10,7 @@
 
 #include "simulated_mac/macos_program/imports.h"
 #include "simulated_mac/macos_program/objective_c.h"
+#include "simulated_mac/macos_program/refusal.h"
 
 // A string in the image's section __cfstring.
 @interface MacConstantString : NSString {
@@ -48,6 +49,7 @@
 + (instancetype)fileURLWithFileSystemRepresentation:(const char*)path
                                         isDirectory:(BOOL)isDirectory
                                       relativeToURL:(NSURL*)base {
+  if (base != nil) wendle::macho::refuse("a file URL relative to another is unknown here");
   constexpr std::string_view plain = "-._~!$&'()*+,=:@/";
   NSMutableString* text = [NSMutableString stringWithString:@"file://"];
   for (const char c : std::string_view(path)) {
@@ -78,6 +80,8 @@
     includingResourceValuesForKeys:(NSArray*)keys
                      relativeToURL:(NSURL*)base
                              error:(NSError**)error {
+  if (options != 0 || keys != nil || base != nil)
+    wendle::macho::refuse("bookmark data with options is unknown here");
   if (![[NSFileManager defaultManager] fileExistsAtPath:[self path]]) return nil;
   return [[@"book" stringByAppendingString:[self path]] dataUsingEncoding:NSUTF8StringEncoding];
 }

@@ -3,6 +3,7 @@
 #include <unordered_map>
 
 #include "simulated_mac/macos_program/objective_c.h"
+#include "simulated_mac/macos_program/refusal.h"
 
 namespace wendle::macho {
 
@@ -12,7 +13,10 @@ const void* findImport(const std::string& name) {
     for (const Imports group :
          {fileImports(), processImports(), cLibraryImports(), threadImports(), exceptionImports(),
           objectiveCImports(), foundationValueImports(), foundationSystemImports()}) {
-      for (const Import& import : group) result.emplace(import.name, import.address);
+      for (const Import& import : group) {
+        if (!result.emplace(import.name, import.address).second)
+          refuse(std::string("two functions stand for ") + import.name);
+      }
     }
     return result;
   }();

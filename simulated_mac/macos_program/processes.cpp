@@ -1,7 +1,6 @@
 // Starting processes, waiting for them, and signals. Flags are those of macOS's <sys/spawn.h> and
 // <sys/wait.h>, what they do is in posix_spawnattr_setflags(3); signal sets have a bit for each signal,
 // from 1.
-#include <pwd.h>
 #include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -129,6 +128,8 @@ void setHostAttributes(const Attributes& given, posix_spawnattr_t* host) {
 
 int spawn(pid_t* pid, const char* path, FileActions** actions, Attributes** attributes, char** arguments,
           char** environment) {
+  if (actions == nullptr || attributes == nullptr)
+    refuse("posix_spawn lacks its actions or its attributes, which is unknown here");
   posix_spawnattr_t hostAttributes;
   posix_spawn_file_actions_t hostActions;
   ::posix_spawnattr_init(&hostAttributes);
@@ -171,6 +172,8 @@ struct SignalAction {
 };
 
 int changeAction(int number, const SignalAction* action, SignalAction* former) {
+  if (action != nullptr && (action->flags != 0 || action->mask != 0))
+    refuse("sigaction has a flag or a mask, which are unknown here");
   struct sigaction before {};
   ::sigaction(toHostSignal(number), nullptr, &before);
   if (former != nullptr) *former = {before.sa_handler, 0, 0};
@@ -199,7 +202,6 @@ Imports processImports() {
       provide("_setpgid", WithErrno<::setpgid>::call),
       provide("_getpid", ::getpid),
       provide("_geteuid", ::geteuid),
-      provide("_getpwuid", ::getpwuid),  // the name, all that is read of it, comes first on both systems
   };
   return imports;
 }

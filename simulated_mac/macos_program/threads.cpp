@@ -109,14 +109,15 @@ void async(const char* queue, const Block* block) {
   asyncOnUtilityQueue(workOf(block));
 }
 
-// In nanoseconds; 0 is now.
+// In nanoseconds.
 std::uint64_t now() {
   timespec time{};
   ::clock_gettime(CLOCK_MONOTONIC, &time);
   return static_cast<std::uint64_t>(time.tv_sec) * 1'000'000'000 + static_cast<std::uint64_t>(time.tv_nsec);
 }
 std::uint64_t timeAfter(std::uint64_t start, std::int64_t delay) {
-  return (start == 0 ? now() : start) + static_cast<std::uint64_t>(delay);
+  if (start != 0) refuse("dispatch_time from another time than now is unknown here");
+  return now() + static_cast<std::uint64_t>(delay);
 }
 
 void after(std::uint64_t when, const char* queue, const Block* block) {
@@ -141,7 +142,6 @@ Imports threadImports() {
       provide("_pthread_self", ::pthread_self),
       provide("_pthread_mach_thread_np", threadNumber),
       {"__NSConcreteStackBlock", _NSConcreteStackBlock},
-      {"__NSConcreteGlobalBlock", _NSConcreteGlobalBlock},
       {"__dispatch_main_q", &mainQueue},
       provide("_dispatch_get_global_queue", globalQueue),
       provide("_dispatch_async", async),

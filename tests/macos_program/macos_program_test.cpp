@@ -93,6 +93,11 @@ TEST_P(ChangeTest, TellsObserversAndKeepsEveryKindOfValue) {
 INSTANTIATE_TEST_SUITE_P(Instances, ChangeTest, testing::Values("change", "overlap"),
                          [](const auto& verb) { return std::string(verb.param); });
 
+TEST(ExportedDockShortcutManager, KeepsValuesThatAreRare) {
+  SimulatedMac mac = SimulatedMac::scratch();
+  EXPECT_EQ(send(mac, {"rare"}).out, "kept yes\n");
+}
+
 TEST(Arguments, MayBeNoUtf8AndTheHomeUnset) {
   SimulatedMac mac = SimulatedMac::scratch();
   Lines command{"-u", "HOME"};
@@ -103,6 +108,31 @@ TEST(Arguments, MayBeNoUtf8AndTheHomeUnset) {
   }();
   EXPECT_EQ(seen.outcome + seen.err, "exit 0");
   EXPECT_EQ(seen.log.size(), logIn(expectedLines("bare.txt", "updates")).size());
+}
+
+TEST(Imports, EndTheProgramRatherThanGuess) {
+  SimulatedMac mac = SimulatedMac::scratch();
+  EXPECT_EQ(std::regex_replace(send(mac, {"unknown"}).err, std::regex("macos_program: "), ""),
+            R"(open has an argument that is unknown here: 2097152.
+unlinkat has an argument that is unknown here: 2048.
+unlinkat has an argument that is unknown here: 384.
+faccessat has an argument that is unknown here: 32.
+fcntl has an argument that is unknown here: 50.
+chflags has an argument that is unknown here: 4.
+poll has an argument that is unknown here: 256.
+posix_spawn has a flag that is unknown here: 128.
+posix_spawn lacks its actions or its attributes, which is unknown here.
+waitpid has an option that is unknown here: 2.
+a signal gets a handler, which is unknown here.
+sigaction has a flag or a mask, which are unknown here.
+the clock 9 is unknown here.
+a lock begins with a word that is unknown here.
+dispatch_async to that queue is unknown here.
+a global queue of the class 33 is unknown here.
+dispatch_time from another time than now is unknown here.
+the standard directory 9 in the domain 1 is unknown here.
+standard directories with a tilde are unknown here.
+)");
 }
 
 // The content of the universal file, and places in its half for this processor.
@@ -168,6 +198,8 @@ INSTANTIATE_TEST_SUITE_P(
          "it has no half for this processor"},
         {"Truncated", [](auto& file) { file.bytes.resize(file.half + 50'000); },
          "it is damaged: a half lies outside of it"},
+        {"OfAnotherArm", [](auto& file) { file.bytes[8 + 7] = file.bytes[28 + 7] = 8; },
+         "it has no half for this processor"},
         {"NoExecutable", [](auto& file) { file.bytes[file.half + 12] = 6; },
          "it is a Mach-O file, but no executable"},
         {"UnknownCommand",
@@ -184,6 +216,13 @@ INSTANTIATE_TEST_SUITE_P(
          "it is damaged: the place of segment __DATA_CONST"},
         {"PointersElsewhere", [](auto& file) { file.bytes[file.command(dyldInfo) + 11] = 1; },
          "it is damaged: its list of pointers to be set lies outside of it"},
+        {"UnknownSection",
+         [](auto& file) {
+           file.bytes.replace(file.bytes.find("__mod_init_func", file.half), 15, "__init_offsets\0", 15);
+         },
+         "it has a section __init_offsets, which is unknown here"},
+        {"LessSections", [](auto& file) { --file.bytes[file.command(segment) + 72 + 64]; },
+         "it is damaged: the number of sections in segment __TEXT"},
         {"UnknownOpcode",
          [](auto& file) {
            file.bytes[file.half + file.template at<std::uint32_t>(file.command(dyldInfo) + 16)] = '\xD0';
@@ -196,12 +235,3 @@ INSTANTIATE_TEST_SUITE_P(
 
 }  // namespace
 }  // namespace wendle::test
-        {"OfAnotherArm", [](auto& file) { file.bytes[8 + 7] = file.bytes[28 + 7] = 8; },
-         "it has no half for this processor"},
-        {"UnknownSection",
-         [](auto& file) {
-           file.bytes.replace(file.bytes.find("__mod_init_func", file.half), 15, "__init_offsets\0", 15);
-         },
-         "it has a section __init_offsets, which is unknown here"},
-        {"LessSections", [](auto& file) { --file.bytes[file.command(segment) + 72 + 64]; },
-         "it is damaged: the number of sections in segment __TEXT"},

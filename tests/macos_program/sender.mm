@@ -1,9 +1,12 @@
 // Loads the macOS executable that its first argument names, without calling its `main`, and sends messages to
 // its classes, for a session on the simulated Mac; the second argument says which. It prints what comes back,
 // a line each.
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <barrier>
+#include <cstdlib>
+#include <functional>
 #include <future>
 #include <iostream>
 #include <map>
@@ -16,6 +19,7 @@
 #include "platform/queues.h"
 #import "processes/NSRunningApplication+AFXExtensions.h"
 #include "simulated_mac/macos_program/image.h"
+#include "simulated_mac/macos_program/imports.h"
 #include "simulated_mac/macos_program/objective_c.h"
 #include "simulated_mac/macos_program/start.h"
 
@@ -108,6 +112,33 @@ void changeTile(AFXDockShortcutManager* manager, NSURL* folder, bool overlaps) {
   printTile();
 }
 
+// Preferences may hold what GNUstep cannot write into a file; so they come from here.
+NSArray* rareValues() {
+  NSString* text = [[NSString alloc] initWithBytes:"a\0b" length:3 encoding:NSUTF8StringEncoding];
+  static NSArray* const values =
+      [[NSArray alloc] initWithObjects:[NSNumber numberWithUnsignedLongLong:UINT64_MAX],
+                                       [NSNumber numberWithFloat:0.5F], text, nil];
+  return values;
+}
+
+void keepRareValues() {
+  Class defaults = objc_getClass("MacUserDefaults");
+  const auto replace = [&](SEL method, auto function) {
+    method_setImplementation(class_getInstanceMethod(defaults, method), reinterpret_cast<IMP>(function));
+  };
+  replace(
+      @selector(objectForKey:), +[](id, SEL, id) { return rareValues(); });
+  replace(
+      @selector(setObject:forKey:), +[](id, SEL, id written, id) {
+        printWhether("kept", [written isEqual:rareValues()]);
+        std::_Exit(0);
+      });
+  [[managerClass() sharedInstance] changePersistenceOfShortcutInDockFolderURL:fileUrl("/")
+                                                                          add:NO
+                                                                   completion:nil];
+  for (;;) ::pause();
+}
+
 // In the middle of a mode that `main` was started for; the class is asked to run it.
 void raiseInMode(const macho::Image& image) {
   NSSetUncaughtExceptionHandler(+[](NSException*) { std::cout << "previous handler" << std::endl; });
@@ -115,6 +146,50 @@ void raiseInMode(const macho::Image& image) {
   Method mode = class_getInstanceMethod(uninstallerClass(), @selector(runInUpdatesMode));
   method_setImplementation(mode, reinterpret_cast<IMP>(raise));
   (void)image.runMain();
+}
+
+template <typename... A>
+void call(const char* import, A... arguments) {
+  void* const function = const_cast<void*>(macho::findImport(import));
+  reinterpret_cast<long (*)(A...)>(function)(arguments...);
+}
+
+// Calls with an argument that only macOS knows, each in a process of its own, which it should end.
+void askForTheUnknown() {
+  static long long zeroes[8], recursiveMutex[8] = {0x32AAABA2};
+  static const int signalFlags[] = {0, 0, 0, 0x20}, pollBand[] = {0, 0x100};
+  static void* attributes = zeroes;
+  const std::function<void()> calls[] = {
+      [] { call("_open", "/", 0x200000); },                          // O_SYMLINK
+      [] { call("_unlinkat", -2, "/nothing", 0x800); },              // AT_SYMLINK_NOFOLLOW_ANY
+      [] { call("_unlinkat", -2, "/", 0x180); },                     // AT_REMOVEDIR_DATALESS, and it is not
+      [] { call("_faccessat", -2, "/", 0, 0x20); },                  // AT_SYMLINK_NOFOLLOW
+      [] { call("_fcntl", 0, 50); },                                 // F_GETPATH
+      [] { call("_fchflags", 0, 0x4); },                             // UF_APPEND
+      [] { call("_poll", pollBand, 1, 0); },                         // POLLWRBAND
+      [] { call("_posix_spawnattr_setflags", &attributes, 0x80); },  // POSIX_SPAWN_START_SUSPENDED
+      [] { call("_posix_spawn", zeroes, "/", nullptr, nullptr, zeroes, zeroes); },
+      [] { call("_waitpid", -1, nullptr, 2); },  // WUNTRACED
+      [] { call("_signal", 15, &call<>); },
+      [] { call("_sigaction", 15, signalFlags, nullptr); },  // SA_NOCLDWAIT
+      [] { call("_clock_gettime", 9, zeroes); },             // CLOCK_UPTIME_RAW_APPROX
+      [] { call("_pthread_mutex_lock", recursiveMutex); },
+      [] { call("_dispatch_async", macho::findImport("__dispatch_main_q"), zeroes); },
+      [] { call("_dispatch_get_global_queue", 0x21L, 0L); },  // QOS_CLASS_USER_INTERACTIVE
+      [] { call("_dispatch_time", 1L, 1L); },
+      [] { call("_NSSearchPathForDirectoriesInDomains", 9L, 1L, YES); },  // NSDocumentDirectory
+      [] { call("_NSSearchPathForDirectoriesInDomains", 5L, 1L, NO); },
+  };
+  for (const auto& each : calls) {
+    const pid_t child = ::fork();
+    if (child == 0) {
+      each();
+      ::_exit(0);
+    }
+    int status = 0;
+    ::waitpid(child, &status, 0);
+    if (status != 2 << 8) std::cerr << "goes on, or ends with the status " << status << std::endl;
+  }
 }
 
 }  // namespace
@@ -132,6 +207,8 @@ int main() {
   if (verb == "manager") askManager();
   if (verb == "change") changeTile([managerClass() sharedInstance], fileUrl(argument), false);
   if (verb == "overlap") changeTile([[managerClass() alloc] init], fileUrl(argument), true);
+  if (verb == "rare") keepRareValues();
   if (verb == "raise") raiseInMode(image);
+  if (verb == "unknown") askForTheUnknown();
   return 0;
 }
