@@ -43,9 +43,9 @@ extern "C" [[noreturn]] void refuseLazyBind(std::uint64_t offset) {
 
 extern "C" void stubBinder();
 #if defined(__x86_64__)
-asm("stubBinder: movq 8(%rsp), %rdi\n andq $-16, %rsp\n call refuseLazyBind");
+asm(".globl stubBinder\n stubBinder: movq 8(%rsp), %rdi\n andq $-16, %rsp\n call refuseLazyBind");
 #elif defined(__aarch64__)
-asm("stubBinder: ldr x0, [sp]\n bl refuseLazyBind");
+asm(".globl stubBinder\n stubBinder: ldr x0, [sp]\n bl refuseLazyBind");
 #endif
 
 }  // namespace

@@ -19,6 +19,7 @@ extern "C" IMP findSuperMethod(const objc_super* super, SEL selector) {
 }
 extern "C" void sendMessage();
 extern "C" void sendMessageToSuper();
+asm(".globl sendMessage, sendMessageToSuper");  // on Arm, clang takes a local symbol's address wrongly
 
 #if defined(__x86_64__)
 asm(R"(
