@@ -2,6 +2,7 @@
 
 #include <sys/mman.h>
 
+#include <array>
 #include <cerrno>
 #include <cstdlib>
 #include <fstream>
@@ -13,7 +14,7 @@
 #include "simulated_mac/macos_program/objective_c.h"
 #include "simulated_mac/macos_program/start.h"
 
-extern "C" void registerFrames(void* frames) asm("__register_frame");  // of GCC's unwinder
+extern "C" void registerFrames(void** lists) asm("__register_frame_table");  // of GCC's unwinder
 
 namespace wendle::macho {
 namespace {
@@ -120,16 +121,23 @@ void Image::registerUnwindTables() const {
     functions.push_back({base_ + entry.start, entry.end - entry.start, entry.encoding,
                          place(entry.exceptionTable), personality == nullptr ? nullptr : *personality});
   }
-  static std::vector<std::uint8_t> frames;  // the unwinder keeps them
+  // Both lists at once: of two that it gets one after the other, the unwinder asks only the one that begins
+  // closer to a function. It keeps them.
+  static std::vector<std::uint8_t> frames;
+  static std::array<void*, 3> lists{};
   frames = callFrames(functions, hostProcessor);
-  registerFrames(frames.data());
-  // Zeroes must follow, which end the list.
-  const Section ofDwarf = headers_.section("__eh_frame");
-  if (ofDwarf.size == 0) return;
-  const std::uint64_t end = ofDwarf.address + ofDwarf.size;
+  lists = {frames.data(), framesOfDwarf(), nullptr};
+  registerFrames(lists.data());
+}
+
+// The image's section __eh_frame; null when there is none. Zeroes must follow it, which end the list.
+void* Image::framesOfDwarf() const {
+  const Section found = headers_.section("__eh_frame");
+  if (found.size == 0) return nullptr;
+  const std::uint64_t end = found.address + found.size;
   const Segment* rest = headers_.segmentOf(end, sizeof(std::uint32_t));
   if (rest == nullptr || *at<std::uint32_t>(end) != 0) throw Refusal("its section __eh_frame has no end");
-  registerFrames(at(ofDwarf.address));
+  return at(found.address);
 }
 
 void Image::runInitialisers() const {

@@ -45,6 +45,7 @@ class Image {
   void bindPointers() const;
   void protect() const;
   void registerUnwindTables() const;
+  [[nodiscard]] void* framesOfDwarf() const;
   void runInitialisers() const;
 
   std::vector<std::uint8_t> file_;
