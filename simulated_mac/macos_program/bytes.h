@@ -28,4 +28,16 @@ template <typename T>
   return value;
 }
 
+// The number at `position`, which is moved behind it. ULEB128: seven bits a byte, the least significant
+// first.
+[[nodiscard]] inline std::uint64_t readUleb(Bytes bytes, std::size_t& position) {
+  std::uint64_t value = 0;
+  for (unsigned shift = 0;; shift += 7) {
+    const auto next = valueAt<std::uint8_t>(bytes, position++, "a number");
+    if (shift > 63) throw Refusal("it is damaged: an endless number");
+    value |= std::uint64_t{next & 0x7FU} << shift;
+    if ((next & 0x80U) == 0) return value;
+  }
+}
+
 }  // namespace wendle::macho

@@ -17,16 +17,7 @@ class Opcodes {
 
   std::uint8_t byte() { return valueAt<std::uint8_t>(bytes_, position_++, what); }
 
-  // ULEB128: seven bits a byte, the least significant first.
-  std::uint64_t uleb() {
-    std::uint64_t value = 0;
-    for (unsigned shift = 0;; shift += 7) {
-      const std::uint8_t next = byte();
-      if (shift > 63) throw Refusal("it is damaged: an endless number");
-      value |= std::uint64_t{next & 0x7FU} << shift;
-      if ((next & 0x80U) == 0) return value;
-    }
-  }
+  std::uint64_t uleb() { return readUleb(bytes_, position_); }
 
   std::int64_t sleb() {
     const std::size_t start = position_;
@@ -132,6 +123,7 @@ std::vector<Bind> readBinds(const MachO& image, Bytes list, bool isLazy) {
         refuseOpcode("binding", byte);
     }
   }
+  if (!isLazy && !list.empty()) throw Refusal("it is damaged: its list of pointers to be bound has no end");
   return result;
 }
 
@@ -181,6 +173,7 @@ std::vector<std::uint64_t> rebases(const MachO& image) {
         refuseOpcode("rebasing", byte);
     }
   }
+  if (!image.rebases.empty()) throw Refusal("it is damaged: its list of pointers to be moved has no end");
   return result;
 }
 

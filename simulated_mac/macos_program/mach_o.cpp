@@ -2,6 +2,8 @@
 #include "simulated_mac/macos_program/mach_o.h"
 
 #include <algorithm>
+#include <set>
+#include <utility>
 
 namespace wendle::macho {
 namespace {
@@ -14,7 +16,12 @@ constexpr const char* linkerData = "its list of pointers to be set";
 
 // Of load commands; dyld refuses a program with one that it does not know when this bit is set.
 constexpr std::uint32_t mustBeKnown = 0x80000000;
-enum Command : std::uint32_t { segment64 = 0x19, dyldInfo = 0x80000022, mainEntry = 0x80000028 };
+enum Command : std::uint32_t {
+  segment64 = 0x19,
+  functionStarts = 0x26,
+  dyldInfo = 0x80000022,
+  mainEntry = 0x80000028
+};
 
 struct Header {
   std::uint32_t magic, processor, subtype, fileType, commandCount, commandBytes, flags, reserved;
@@ -105,6 +112,7 @@ class Parser {
     const auto kind = valueAt<std::uint32_t>(command, 0, "");
     if (kind == segment64) readSegment(command);
     if (kind == dyldInfo) readDyldInfo(valueAt<DyldInfoCommand>(command, 0, linkerData));
+    if (kind == functionStarts) readFunctionStarts(command);
     if (kind == mainEntry) entryOffset_ = valueAt<std::uint64_t>(command, 8, "the address of main");
     if ((kind & mustBeKnown) != 0 && kind != dyldInfo && kind != mainEntry) {
       throw Refusal("its load command " + std::to_string(kind & ~mustBeKnown) +
@@ -119,6 +127,10 @@ class Parser {
     segment.address = command.address;
     segment.size = command.size;
     segment.content = part(half_, command.fileOffset, command.fileSize, "a segment");
+    if (command.fileSize != 0 &&
+        command.fileOffset < std::exchange(contentEnd_, command.fileOffset + command.fileSize)) {
+      throw Refusal("it is damaged: the content of segment " + segment.name);
+    }
     segment.isWritable = (command.protection & 2U) != 0;
     segment.isExecutable = (command.protection & 4U) != 0;
     segment.isConstant = (command.flags & 0x10U) != 0;  // SG_READ_ONLY
@@ -141,16 +153,35 @@ class Parser {
     image_.sections.push_back({name, header.address, header.size});
   }
 
+  // Numbers that tell how far each function is from the one before it.
+  void readFunctionStarts(Bytes command) {
+    const auto place = valueAt<std::uint32_t>(command, 8, "its list of functions");
+    const auto size = valueAt<std::uint32_t>(command, 12, "its list of functions");
+    const Bytes list = part(half_, place, size, "its list of functions");
+    std::uint64_t offset = 0;
+    for (std::size_t position = 0; position < list.size();) {
+      const std::uint64_t distance = readUleb(list, position);
+      if (distance == 0) break;
+      functions_.insert(offset += distance);
+    }
+  }
+
   void readDyldInfo(const DyldInfoCommand& info) {
     image_.rebases = part(half_, info.rebaseOffset, info.rebaseSize, linkerData);
     image_.binds = part(half_, info.bindOffset, info.bindSize, linkerData);
     image_.lazyBinds = part(half_, info.lazyOffset, info.lazySize, linkerData);
+    const bool isInOrder =
+        info.bindOffset >= std::uint64_t{info.rebaseOffset} + info.rebaseSize &&
+        (info.lazySize == 0 || info.lazyOffset >= std::uint64_t{info.bindOffset} + info.bindSize);
+    if (!isInOrder) throw Refusal(std::string("it is damaged: ") + linkerData);
     if (info.weakSize != 0) throw Refusal("it binds symbols weakly, which is unknown here");
   }
 
   // What only all load commands together tell.
   void finish() {
-    if (!entryOffset_) throw Refusal("it is damaged: it has no main");
+    if (!entryOffset_ || !image_.text().isExecutable) throw Refusal("it is damaged: it has no main");
+    if (!functions_.empty() && !functions_.contains(*entryOffset_))
+      throw Refusal("it is damaged: main is none of its functions");
     const Segment& text = image_.text();
     std::uint64_t end = 0;
     for (const Segment& segment : image_.segments) {
@@ -175,7 +206,9 @@ class Parser {
 
   Bytes half_;
   MachO image_;
+  std::uint64_t contentEnd_ = 0;  // in the file, of the last segment
   std::optional<std::uint64_t> entryOffset_;
+  std::set<std::uint64_t> functions_;  // by their offsets, as that of main
 };
 
 }  // namespace

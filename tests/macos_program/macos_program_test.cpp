@@ -65,6 +65,15 @@ TEST(ExportedClasses, ReportAnUncaughtExceptionOfTheSystemBeforeThePreviousHandl
             "[1] module: Ended by an uncaught exception: Name: reason - newest log file: none\n");
 }
 
+TEST(ExportedClasses, ReportAnUncaughtExceptionOfTheProgram) {
+  SimulatedMac mac = SimulatedMac::scratch();
+  const RunResult seen = send(mac, {"throw", "--updates"});
+  EXPECT_EQ(seen.outcome + seen.out, "signal 6");
+  EXPECT_EQ(joined(seen.log),
+            "[1] module: Ended by an uncaught exception: a Dock tile needs a folder that exists - newest log "
+            "file: none\n");
+}
+
 TEST(ExportedDockShortcutManager, SpeaksForItsFlagItselfAndFixesTrailingSlashes) {
   SimulatedMac mac = SimulatedMac::scratch();
   EXPECT_EQ(send(mac, {"manager"}).out,
@@ -210,10 +219,12 @@ INSTANTIATE_TEST_SUITE_P(
          "it is damaged: a load command without a size"},
         {"NoMain", [](auto& file) { file.template at<std::uint32_t>(file.command(mainEntry)) = 1; },
          "it is damaged: it has no main"},
-        {"MainElsewhere", [](auto& file) { file.bytes[file.command(mainEntry) + 12] = 1; },
-         "it is damaged: the size of segment __TEXT"},
+        {"MainElsewhere", [](auto& file) { ++file.bytes[file.command(mainEntry) + 8]; },
+         "it is damaged: main is none of its functions"},
         {"SegmentElsewhere", [](auto& file) { file.bytes[file.command(segment) + 72 + 24 + 5] = 1; },
          "it is damaged: the place of segment __DATA_CONST"},
+        {"ContentElsewhere", [](auto& file) { file.bytes[file.command(segment) + 72 + 40] = 64; },
+         "it is damaged: the content of segment __DATA_CONST"},
         {"PointersElsewhere", [](auto& file) { file.bytes[file.command(dyldInfo) + 11] = 1; },
          "it is damaged: its list of pointers to be set lies outside of it"},
         {"UnknownSection",

@@ -139,13 +139,21 @@ void keepRareValues() {
   for (;;) ::pause();
 }
 
-// In the middle of a mode that `main` was started for; the class is asked to run it.
-void raiseInMode(const macho::Image& image) {
+// Ends in the middle of a mode that `main` was started for, by what the class is made to do in its place.
+void endInMode(const macho::Image& image, void (*end)(id, SEL)) {
   NSSetUncaughtExceptionHandler(+[](NSException*) { std::cout << "previous handler" << std::endl; });
-  void (*raise)(id, SEL) = [](id, SEL) { [NSException raise:@"Name" format:@"reason"]; };
   Method mode = class_getInstanceMethod(uninstallerClass(), @selector(runInUpdatesMode));
-  method_setImplementation(mode, reinterpret_cast<IMP>(raise));
+  method_setImplementation(mode, reinterpret_cast<IMP>(end));
   (void)image.runMain();
+}
+
+void raiseException(id, SEL) { [NSException raise:@"Name" format:@"reason"]; }
+
+void throwInBackground(id, SEL) {
+  [[managerClass() sharedInstance] changePersistenceOfShortcutInDockFolderURL:fileUrl("/Nothing")
+                                                                          add:YES
+                                                                   completion:nil];
+  for (;;) ::pause();
 }
 
 template <typename... A>
@@ -208,7 +216,8 @@ int main() {
   if (verb == "change") changeTile([managerClass() sharedInstance], fileUrl(argument), false);
   if (verb == "overlap") changeTile([[managerClass() alloc] init], fileUrl(argument), true);
   if (verb == "rare") keepRareValues();
-  if (verb == "raise") raiseInMode(image);
+  if (verb == "raise") endInMode(image, raiseException);
+  if (verb == "throw") endInMode(image, throwInBackground);
   if (verb == "unknown") askForTheUnknown();
   return 0;
 }
