@@ -1,7 +1,5 @@
-// Any bytes in the place of a macOS executable's headers, of its lists of pointers and of its unwind table:
-// each is read, or refused with a sentence.
-#include <array>
-
+// Any bytes in the place of a macOS executable, its lists of pointers and its unwind table included: it is
+// read, or refused with a sentence. The seeds are a small program, with and without frame pointers.
 #include "property.h"
 #include "simulated_mac/macos_program/call_frames.h"
 #include "simulated_mac/macos_program/fixups.h"
@@ -22,27 +20,26 @@ void readOrRefuse(Read read) {
   }
 }
 
-void readFile(Bytes file) {
-  readOrRefuse([&] {
-    const MachO image = parseMachO(file, Processor::x86_64);
-    property("main is in the image", image.segmentOf(image.entry, 1) == &image.text());
-    for (const Section& section : image.sections) {
-      property("a section is in a segment", image.segmentOf(section.address, section.size) != nullptr);
-    };
-    for (const std::uint64_t address : rebases(image)) {
-      property("a pointer can be written", image.segmentOf(address, 8)->isWritable);
-    };
-  });
+void readUnwindTable(Bytes table, Processor processor) {
+  std::vector<UnwoundFunction> functions;
+  for (const UnwindEntry& entry : parseUnwindInfo(table))
+    functions.push_back({nullptr, 1, entry.encoding, nullptr, nullptr});
+  property("the list has an end", callFrames(functions, processor).size() >= 4);
 }
 
-// Behind a header that says what the input is: load commands for this processor.
-void readCommands(Bytes commands) {
-  const std::array<std::uint32_t, 8> header{
-      0xFEEDFACF, 0x01000007, 3, 2, 4, static_cast<std::uint32_t>(commands.size())};
-  std::vector<std::uint8_t> file(sizeof header);
-  std::memcpy(file.data(), header.data(), sizeof header);
-  file.insert(file.end(), commands.begin(), commands.end());
-  readFile(file);
+void readFile(Bytes file) {
+  const MachO image = parseMachO(file, Processor::x86_64);
+  property("main is in the image", image.segmentOf(image.entry, 1) == &image.text());
+  for (const Section& section : image.sections) {
+    property("a section is in a segment", image.segmentOf(section.address, section.size) != nullptr);
+  }
+  for (const std::uint64_t address : rebases(image)) {
+    property("a pointer can be written", image.segmentOf(address, 8)->isWritable);
+  }
+  for (const auto& read : {binds, lazyBinds}) (void)read(image);
+  const Bytes table = image.content(image.section("__unwind_info"));
+  for (const Processor processor : {Processor::x86_64, Processor::arm64})
+    readOrRefuse([&] { readUnwindTable(table, processor); });
 }
 
 bool isInData(std::uint64_t address) { return address >= 0x2000 && address <= 0x3000 - 8; }
@@ -65,22 +62,11 @@ void readOpcodes(Bytes opcodes) {
   }
 }
 
-void readUnwindTable(Bytes table, Processor processor) {
-  readOrRefuse([&] {
-    std::vector<UnwoundFunction> functions;
-    for (const UnwindEntry& entry : parseUnwindInfo(table))
-      functions.push_back({nullptr, 1, entry.encoding, nullptr, nullptr});
-    property("the list has an end", callFrames(functions, processor).size() >= 4);
-  });
-}
-
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const Bytes input(data, size);
-  readFile(input);
-  readCommands(input);
+  readOrRefuse([&] { readFile(input); });
   readOpcodes(input);
-  for (const Processor processor : {Processor::x86_64, Processor::arm64}) readUnwindTable(input, processor);
   return 0;
 }
