@@ -94,7 +94,10 @@ namespace {
 // class of blocks.
 void makeBlocksObjects() {
   Class type = NSClassFromString(@"GSBlock");
-  [[[type alloc] init] release];  // the runtime completes a class when it is first used
+  // The runtime completes a class when it is first used. This object stays: it is no block that could be
+  // released.
+  static const id first = [[type alloc] init];
+  (void)first;
   constexpr int classWords = 13;  // of a class of GCC's runtime
   for (void** place : {_NSConcreteStackBlock, _NSConcreteMallocBlock, _NSConcreteGlobalBlock}) {
     std::copy_n(reinterpret_cast<void**>(type), classWords, place);
