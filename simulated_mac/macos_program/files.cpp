@@ -1,5 +1,7 @@
 // Descriptors, files and directories. Numbers and structures are those of macOS's <sys/fcntl.h>, <sys/stat.h>
 // and <sys/dirent.h> (64-bit inode numbers); what calls do differently here is said where it is.
+#include "simulated_mac/macos_program/files.h"
+
 #include <dirent.h>
 #include <fcntl.h>
 #include <poll.h>
@@ -13,7 +15,6 @@
 
 #include "simulated_mac/macos_program/darwin.h"
 #include "simulated_mac/macos_program/imports.h"
-#include "simulated_mac/macos_program/open_flags.h"
 #include "simulated_mac/macos_program/refusal.h"
 #include "simulated_mac/macos_program/variadic.h"
 
@@ -43,47 +44,12 @@ struct DarwinEntry {
   char name[1024];
 };
 
-[[noreturn]] void refuseFlags(const char* call, int flags) {
-  refuse(std::string(call) + " has an argument that is unknown here: " + std::to_string(flags));
-}
-
-// An item's flags (<sys/stat.h>). Mode bits that no item of a client has stand for them, since they can be
-// set in every file system of this one.
-constexpr std::uint32_t userImmutable = 0x2, systemImmutable = 0x20000, dataless = 0x40000000;
-constexpr std::pair<mode_t, std::uint32_t> modesOfFlags[] = {
-    {S_ISUID, userImmutable}, {S_ISGID, systemImmutable}, {S_ISVTX, dataless}};
-
-std::uint32_t flagsOf(const struct stat& item) {
-  std::uint32_t flags = 0;
-  for (const auto& [mode, flag] : modesOfFlags) flags |= (item.st_mode & mode) != 0 ? flag : 0;
-  return flags;
-}
-
-mode_t modeWithFlags(const struct stat& item, std::uint32_t flags) {
-  mode_t mode = item.st_mode & 0777;
-  for (const auto& [bit, flag] : modesOfFlags) {
-    mode |= (flags & flag) != 0 ? bit : 0;
-    flags &= ~flag;
-  }
-  if (flags != 0) refuseFlags("chflags", static_cast<int>(flags));
-  return mode;
-}
-
 // What a program's DIR* points to.
 struct Directory {
   DIR* stream;
   DarwinEntry entry;
   bool isDataless;
 };
-
-constexpr int currentDirectory = -2;  // AT_FDCWD
-int directoryAt(int fd) { return fd == currentDirectory ? AT_FDCWD : fd; }
-
-// The one flag that a call knows, as this system has it.
-int translated(const char* call, int flags, int darwin, int host) {
-  if ((flags & ~darwin) != 0) refuseFlags(call, flags);
-  return flags != 0 ? host : 0;
-}
 
 int fill(DarwinStat* result, int status, const struct stat& found) {
   if (withErrno(status) != 0) return status;
@@ -122,7 +88,7 @@ int fstatDescriptor(int fd, DarwinStat* result) {
 
 int statAt(int fd, const char* path, DarwinStat* result, int flags) {
   struct stat found {};
-  const int hostFlags = translated("fstatat", flags, 0x20, AT_SYMLINK_NOFOLLOW);
+  const int hostFlags = toHostFlag("fstatat", flags, 0x20, AT_SYMLINK_NOFOLLOW);
   return fill(result, ::fstatat(directoryAt(fd), path, &found, hostFlags), found);
 }
 
@@ -133,49 +99,7 @@ int openAt(va_list list, int fd, const char* path, int flags) {
 }
 
 int openPath(va_list list, const char* path, int flags) {
-  return openAt(list, currentDirectory, path, flags);
-}
-
-std::uint32_t flagsAt(int fd, const char* path) {
-  struct stat item {};
-  const int status = ::fstatat(directoryAt(fd), path, &item, AT_SYMLINK_NOFOLLOW | AT_EMPTY_PATH);
-  return status == 0 ? flagsOf(item) : 0;
-}
-
-// A directory needs AT_REMOVEDIR; without, its error is EPERM (unlink(2)), as for an immutable item and for
-// one in an immutable directory. A dataless one is removed as it is by AT_REMOVEDIR_DATALESS, and fetched
-// without: there is nobody here to fetch it from.
-int unlinkAt(int fd, const char* path, int flags) {
-  constexpr int removeDirectory = 0x80, removeDataless = 0x100;
-  const std::uint32_t itemFlags = flagsAt(fd, path);
-  if (((itemFlags | flagsAt(fd, "")) & (userImmutable | systemImmutable)) != 0) {
-    errno = EPERM;
-    return withErrno(-1);
-  }
-  if (((itemFlags & dataless) != 0) != ((flags & removeDataless) != 0)) refuseFlags("unlinkat", flags);
-  const int hostFlags = translated("unlinkat", flags & ~removeDataless, removeDirectory, AT_REMOVEDIR);
-  const int status = ::unlinkat(directoryAt(fd), path, hostFlags);
-  if (status != 0 && errno == EISDIR) errno = EPERM;
-  return withErrno(status);
-}
-
-int setFlagsOf(int fd, std::uint32_t flags) {
-  struct stat item {};
-  if (::fstat(fd, &item) != 0) return withErrno(-1);
-  return withErrno(::fchmod(fd, modeWithFlags(item, flags)));
-}
-
-// The one attribute that is known is ATTR_CMN_FLAGS, and the one option FSOPT_NOFOLLOW (<sys/attr.h>).
-int setAttributesAt(int fd, const char* path, const std::uint32_t* attributes, const std::uint32_t* flags,
-                    std::size_t size, std::uint32_t options) {
-  constexpr std::uint32_t bitmapCount = 5, flagsAttribute = 0x40000, noFollow = 1;
-  if (attributes[0] != bitmapCount || attributes[1] != flagsAttribute || size != sizeof *flags ||
-      options != noFollow) {
-    refuseFlags("setattrlistat", static_cast<int>(options));
-  }
-  struct stat item {};
-  if (::fstatat(directoryAt(fd), path, &item, AT_SYMLINK_NOFOLLOW) != 0) return withErrno(-1);
-  return withErrno(::fchmodat(directoryAt(fd), path, modeWithFlags(item, *flags), 0));
+  return openAt(list, darwinCurrentDirectory, path, flags);
 }
 
 int makeDirectoryAt(int fd, const char* path, mode_t mode) {
@@ -183,7 +107,7 @@ int makeDirectoryAt(int fd, const char* path, mode_t mode) {
 }
 
 int accessAt(int fd, const char* path, int mode, int flags) {
-  const int hostFlags = translated("faccessat", flags, 0x10, AT_EACCESS);
+  const int hostFlags = toHostFlag("faccessat", flags, 0x10, AT_EACCESS);
   return withErrno(::faccessat(directoryAt(fd), path, mode, hostFlags));
 }
 
@@ -197,13 +121,13 @@ int control(va_list list, int fd, int command) {
     case 67:
       return withErrno(::fcntl(fd, F_DUPFD_CLOEXEC, argument));
     default:
-      refuseFlags("fcntl", command);
+      refuseArgument("fcntl", command);
   }
 }
 
 Directory* openDirectory(int fd) {
   DIR* stream = withErrno(::fdopendir(fd));
-  return stream == nullptr ? nullptr : new Directory{stream, {}, (flagsAt(fd, "") & dataless) != 0};
+  return stream == nullptr ? nullptr : new Directory{stream, {}, (flagsAt(fd, "") & datalessFlag) != 0};
 }
 
 DarwinEntry* readDirectory(Directory* directory) {
@@ -232,7 +156,7 @@ int descriptorOf(Directory* directory) { return ::dirfd(directory->stream); }
 // The same structure, and the same bits from POLLIN to POLLNVAL; a nfds_t is an int there.
 int pollDescriptors(pollfd* descriptors, unsigned count, int timeout) {
   for (const pollfd& each : std::span(descriptors, count)) {
-    if ((each.events & ~(POLLIN | POLLPRI | POLLOUT)) != 0) refuseFlags("poll", each.events);
+    if ((each.events & ~(POLLIN | POLLPRI | POLLOUT)) != 0) refuseArgument("poll", each.events);
   }
   return withErrno(::poll(descriptors, count, timeout));
 }
@@ -246,6 +170,17 @@ int pollDescriptors(pollfd* descriptors, unsigned count, int timeout) {
 
 }  // namespace
 
+void refuseArgument(const char* call, int argument) {
+  refuse(std::string(call) + " has an argument that is unknown here: " + std::to_string(argument));
+}
+
+int directoryAt(int fd) { return fd == darwinCurrentDirectory ? AT_FDCWD : fd; }
+
+int toHostFlag(const char* call, int flags, int darwin, int host) {
+  if ((flags & ~darwin) != 0) refuseArgument(call, flags);
+  return flags != 0 ? host : 0;
+}
+
 // Unlike here, macOS has no flag for opening a path only; O_CLOEXEC is no part of fcntl's flags on either.
 int toHostOpenFlags(int flags) {
   constexpr std::pair<int, int> known[] = {
@@ -256,7 +191,7 @@ int toHostOpenFlags(int flags) {
     if ((flags & darwin) != 0) result |= host;
     flags &= ~darwin;
   }
-  if (flags != 0) refuseFlags("open", flags);
+  if (flags != 0) refuseArgument("open", flags);
   return result;
 }
 
@@ -273,13 +208,10 @@ Imports fileImports() {
       provide(WENDLE_INODE64("_readdir"), readDirectory),
       provide("_closedir", closeDirectory),
       provide("_dirfd", descriptorOf),
-      provide("_unlinkat", unlinkAt),
       provide("_faccessat", accessAt),
       provide("_umask", ::umask),
       provide("_mkdirat", makeDirectoryAt),
       provide("_fchmod", WithErrno<::fchmod>::call),
-      provide("_fchflags", setFlagsOf),
-      provide("_setattrlistat", setAttributesAt),
       provide("_close", WithErrno<::close>::call),
       provide("_dup", WithErrno<::dup>::call),
       provide("_flock", WithErrno<::flock>::call),  // the same four numbers

@@ -11,8 +11,8 @@ const void* findImport(const std::string& name) {
   static const auto table = [] {
     std::unordered_map<std::string_view, const void*> result;
     for (const Imports group :
-         {fileImports(), processImports(), cLibraryImports(), threadImports(), exceptionImports(),
-          objectiveCImports(), foundationValueImports(), foundationSystemImports()}) {
+         {fileImports(), itemFlagImports(), processImports(), cLibraryImports(), threadImports(),
+          exceptionImports(), objectiveCImports(), foundationValueImports(), foundationSystemImports()}) {
       for (const Import& import : group) {
         if (!result.emplace(import.name, import.address).second)
           refuse(std::string("two functions stand for ") + import.name);

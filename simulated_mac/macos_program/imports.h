@@ -20,6 +20,7 @@ template <typename Function>
 
 // The groups; each says where its facts come from.
 [[nodiscard]] Imports fileImports();
+[[nodiscard]] Imports itemFlagImports();
 [[nodiscard]] Imports processImports();
 [[nodiscard]] Imports cLibraryImports();
 [[nodiscard]] Imports threadImports();

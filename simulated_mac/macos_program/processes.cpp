@@ -11,8 +11,8 @@
 #include <vector>
 
 #include "simulated_mac/macos_program/darwin.h"
+#include "simulated_mac/macos_program/files.h"
 #include "simulated_mac/macos_program/imports.h"
-#include "simulated_mac/macos_program/open_flags.h"
 #include "simulated_mac/macos_program/refusal.h"
 
 namespace wendle::macho {
