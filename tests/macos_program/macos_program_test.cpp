@@ -207,7 +207,7 @@ INSTANTIATE_TEST_SUITE_P(
          "it has no half for this processor"},
         {"Truncated", [](auto& file) { file.bytes.resize(file.half + 50'000); },
          "it is damaged: a half lies outside of it"},
-        {"OfAnotherArm", [](auto& file) { file.bytes[8 + 7] = file.bytes[28 + 7] = 8; },
+        {"OfNewerProcessors", [](auto& file) { file.bytes[8 + 7] = file.bytes[28 + 7] = 8; },
          "it has no half for this processor"},
         {"NoExecutable", [](auto& file) { file.bytes[file.half + 12] = 6; },
          "it is a Mach-O file, but no executable"},
