@@ -88,7 +88,7 @@ int reportRun(CommandLine line) {
   const auto text = contents(file.get());
   if (!text) return complain("cannot read " + line.file + ": " + posixError(errno).description);
   const auto log = parseLog(*text);
-  auto read = log ? reportOf(*log) : std::nullopt;
+  auto read = log ? makeReport(*log) : std::nullopt;
   if (!read) return complain(line.file + " is no log of the uninstaller");
   if (const auto why = whyNotAskedAbout(*read, line); !why.empty()) return complain(line.file + why);
   if (line.wantsRecheck) recheck(*read);

@@ -172,7 +172,7 @@ void recheck(RunReport& report) {
   std::erase_if(report.failed, isGone);
 }
 
-std::optional<RunReport> reportOf(const LogText& log) {
+std::optional<RunReport> makeReport(const LogText& log) {
   const auto mode = startedMode(log.records.front());
   if (!mode) return std::nullopt;
   RunReport report;

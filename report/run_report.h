@@ -41,7 +41,7 @@ struct ReportedLog {
 };
 
 // None when the records are not those of a run: the first line names a mode.
-[[nodiscard]] std::optional<RunReport> reportOf(const LogText& log);
+[[nodiscard]] std::optional<RunReport> makeReport(const LogText& log);
 
 // Looks at the disk for each item that could not be deleted, and moves those that are not there any more from
 // `failed` to `removedLater`. A link counts as itself; what this user may not look at stays.

@@ -133,7 +133,7 @@ std::string logVerdict(const Strings& lines) {
   std::string text;
   for (const std::string& line : lines) text += line + "\n";
   const auto log = parseLog(text);
-  const auto report = log ? reportOf(*log) : std::nullopt;
+  const auto report = log ? makeReport(*log) : std::nullopt;
   return report ? asSentence(*report) : "There is no log.";
 }
 

@@ -39,8 +39,8 @@ PropertyList toNumber(NSNumber* number) {
   if (isBoolean(number)) return {static_cast<bool>(number.boolValue)};
   const std::string_view type = number.objCType;
   if (type == @encode(double) || type == @encode(float)) return {number.doubleValue};
-  NSNumber* mostSigned = [NSNumber numberWithLongLong:std::numeric_limits<long long>::max()];
-  if ([number compare:mostSigned] == NSOrderedDescending) {
+  NSNumber* maxSigned = [NSNumber numberWithLongLong:std::numeric_limits<long long>::max()];
+  if ([number compare:maxSigned] == NSOrderedDescending) {
     return {static_cast<std::uint64_t>(number.unsignedLongLongValue)};
   }
   return {static_cast<std::int64_t>(number.longLongValue)};

@@ -62,34 +62,34 @@ class Registration {
     }
     const auto classes = image_.array<ImageClass*>("__objc_classlist");
     for (ImageClass* described : classes) made_[described] = nil;
-    for (ImageClass* described : classes) (void)classOf(described);
+    for (ImageClass* described : classes) (void)findClass(described);
     for (const Category* category : image_.array<Category*>("__objc_catlist")) {
-      Class extended = classOf(category->extended);
+      Class extended = findClass(category->extended);
       addMethods(extended, category->methods);
       addMethods(object_getClass(extended), category->classMethods);
     }
     for (const char* references : {"__objc_classrefs", "__objc_superrefs"}) {
       for (void*& reference : image_.array<void*>(references))
-        reference = static_cast<void*>(classOf(reference));
+        reference = static_cast<void*>(findClass(reference));
     }
   }
 
  private:
   // The runtime's class for a pointer of the image to a class, which may be the runtime's already.
-  Class classOf(void* pointer) {
+  Class findClass(void* pointer) {
     const auto found = made_.find(pointer);
     if (found != made_.end()) {
       return found->second != nil ? found->second : found->second = make(*static_cast<ImageClass*>(pointer));
     }
     for (const auto& [described, type] : made_) {
-      if (static_cast<ImageClass*>(described)->meta == pointer) return object_getClass(classOf(described));
+      if (static_cast<ImageClass*>(described)->meta == pointer) return object_getClass(findClass(described));
     }
     return static_cast<Class>(pointer);
   }
 
   Class make(const ImageClass& described) {
     const ClassDescription& description = *described.description;
-    Class type = objc_allocateClassPair(classOf(described.superclass), description.name, 0);
+    Class type = objc_allocateClassPair(findClass(described.superclass), description.name, 0);
     if (type == nil) throw Refusal(std::string("there is a class already of the name ") + description.name);
     addVariables(type, description.variables);
     addMethods(type, description.methods);

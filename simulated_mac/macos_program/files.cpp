@@ -67,7 +67,7 @@ int fill(DarwinStat* result, int status, const struct stat& found) {
   result->size = found.st_size;
   result->blocks = found.st_blocks;
   result->blockSize = static_cast<std::int32_t>(found.st_blksize);
-  result->flags = flagsOf(found);
+  result->flags = toFlags(found);
   return 0;
 }
 
@@ -151,7 +151,7 @@ int closeDirectory(Directory* directory) {
   return status;
 }
 
-int descriptorOf(Directory* directory) { return ::dirfd(directory->stream); }
+int directoryFd(Directory* directory) { return ::dirfd(directory->stream); }
 
 // The same structure, and the same bits from POLLIN to POLLNVAL; a nfds_t is an int there.
 int pollDescriptors(pollfd* descriptors, unsigned count, int timeout) {
@@ -207,7 +207,7 @@ Imports fileImports() {
       provide(WENDLE_INODE64("_fdopendir"), openDirectory),
       provide(WENDLE_INODE64("_readdir"), readDirectory),
       provide("_closedir", closeDirectory),
-      provide("_dirfd", descriptorOf),
+      provide("_dirfd", directoryFd),
       provide("_faccessat", accessAt),
       provide("_umask", ::umask),
       provide("_mkdirat", makeDirectoryAt),

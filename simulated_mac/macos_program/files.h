@@ -22,7 +22,7 @@ constexpr int darwinCurrentDirectory = -2;  // AT_FDCWD
 // An item's flags, as <sys/stat.h> of macOS numbers them. None for an item that cannot be looked at; `path`
 // may be empty, for `fd` itself.
 constexpr std::uint32_t datalessFlag = 0x40000000;
-[[nodiscard]] std::uint32_t flagsOf(const struct stat& item);
+[[nodiscard]] std::uint32_t toFlags(const struct stat& item);
 [[nodiscard]] std::uint32_t flagsAt(int fd, const char* path);
 
 }  // namespace wendle::macho

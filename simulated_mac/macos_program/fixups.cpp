@@ -41,7 +41,7 @@ class Opcodes {
 
   // The pointer here, and on to the next.
   std::uint64_t takePointer() {
-    const Segment* segment = image_.segmentOf(address_, pointerSize);
+    const Segment* segment = image_.findSegment(address_, pointerSize);
     if (segment == nullptr || !segment->isWritable) {
       throw Refusal("it is damaged: a pointer to be set lies in no writable segment");
     }

@@ -112,7 +112,7 @@ void Image::registerUnwindTables() const {
   if (table.size == 0) return;
   std::vector<UnwoundFunction> functions;
   const auto place = [&](std::uint32_t offset) {
-    const bool isInside = headers_.segmentOf(headers_.text().address + offset, sizeof(void*)) != nullptr;
+    const bool isInside = headers_.findSegment(headers_.text().address + offset, sizeof(void*)) != nullptr;
     if (!isInside) throw Refusal("it is damaged: its unwind table leads out of it");
     return offset == 0 ? nullptr : base_ + offset;
   };
@@ -135,7 +135,7 @@ void* Image::framesOfDwarf() const {
   const Section found = headers_.section("__eh_frame");
   if (found.size == 0) return nullptr;
   const std::uint64_t end = found.address + found.size;
-  const Segment* rest = headers_.segmentOf(end, sizeof(std::uint32_t));
+  const Segment* rest = headers_.findSegment(end, sizeof(std::uint32_t));
   if (rest == nullptr || *at<std::uint32_t>(end) != 0) throw Refusal("its section __eh_frame has no end");
   return at(found.address);
 }

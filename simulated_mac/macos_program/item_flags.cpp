@@ -15,12 +15,12 @@ namespace wendle::macho {
 namespace {
 
 constexpr std::uint32_t userImmutable = 0x2, systemImmutable = 0x20000;
-constexpr std::pair<mode_t, std::uint32_t> modesOfFlags[] = {
+constexpr std::pair<mode_t, std::uint32_t> flagModes[] = {
     {S_ISUID, userImmutable}, {S_ISGID, systemImmutable}, {S_ISVTX, datalessFlag}};
 
 mode_t modeWithFlags(const struct stat& item, std::uint32_t flags) {
   mode_t mode = item.st_mode & 0777;
-  for (const auto& [bit, flag] : modesOfFlags) {
+  for (const auto& [bit, flag] : flagModes) {
     mode |= (flags & flag) != 0 ? bit : 0;
     flags &= ~flag;
   }
@@ -45,7 +45,7 @@ int unlinkAt(int fd, const char* path, int flags) {
   return withErrno(status);
 }
 
-int setFlagsOf(int fd, std::uint32_t flags) {
+int setFlags(int fd, std::uint32_t flags) {
   struct stat item {};
   if (::fstat(fd, &item) != 0) return withErrno(-1);
   return withErrno(::fchmod(fd, modeWithFlags(item, flags)));
@@ -66,22 +66,22 @@ int setAttributesAt(int fd, const char* path, const std::uint32_t* attributes, c
 
 }  // namespace
 
-std::uint32_t flagsOf(const struct stat& item) {
+std::uint32_t toFlags(const struct stat& item) {
   std::uint32_t flags = 0;
-  for (const auto& [mode, flag] : modesOfFlags) flags |= (item.st_mode & mode) != 0 ? flag : 0;
+  for (const auto& [mode, flag] : flagModes) flags |= (item.st_mode & mode) != 0 ? flag : 0;
   return flags;
 }
 
 std::uint32_t flagsAt(int fd, const char* path) {
   struct stat item {};
   const int status = ::fstatat(directoryAt(fd), path, &item, AT_SYMLINK_NOFOLLOW | AT_EMPTY_PATH);
-  return status == 0 ? flagsOf(item) : 0;
+  return status == 0 ? toFlags(item) : 0;
 }
 
 Imports itemFlagImports() {
   static const Import imports[] = {
       provide("_unlinkat", unlinkAt),
-      provide("_fchflags", setFlagsOf),
+      provide("_fchflags", setFlags),
       provide("_setattrlistat", setAttributesAt),
   };
   return imports;

@@ -35,7 +35,7 @@ struct SegmentCommand {
   std::uint32_t command, commandSize;
   char name[16];
   std::uint64_t address, size, fileOffset, fileSize;
-  std::uint32_t mostProtection, protection, sectionCount, flags;
+  std::uint32_t maxProtection, protection, sectionCount, flags;
 };
 
 struct SectionHeader {
@@ -192,7 +192,7 @@ class Parser {
     }
     std::uint64_t sectionEnd = 0;
     for (const Section& section : image_.sections) {
-      if (section.address < sectionEnd || image_.segmentOf(section.address, section.size) == nullptr) {
+      if (section.address < sectionEnd || image_.findSegment(section.address, section.size) == nullptr) {
         throw Refusal("it is damaged: the place of section " + section.name);
       }
       sectionEnd = section.address + section.size;
@@ -213,7 +213,7 @@ class Parser {
 
 }  // namespace
 
-const Segment* MachO::segmentOf(std::uint64_t address, std::uint64_t size) const {
+const Segment* MachO::findSegment(std::uint64_t address, std::uint64_t size) const {
   for (const Segment& segment : segments) {
     const std::uint64_t offset = address - segment.address;
     if (segment.name == guard) continue;
@@ -242,7 +242,7 @@ Section MachO::section(std::string_view name) const {
 }
 
 Bytes MachO::content(const Section& section) const {
-  const Segment* segment = segmentOf(section.address, section.size);
+  const Segment* segment = findSegment(section.address, section.size);
   if (segment == nullptr) return {};
   return part(segment->content, section.address - segment->address, section.size, "a section");
 }

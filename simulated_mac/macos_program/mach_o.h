@@ -41,7 +41,7 @@ struct MachO {
   std::uint64_t fileSize = 0;  // of this half
 
   // All but __PAGEZERO, where nothing may be.
-  [[nodiscard]] const Segment* segmentOf(std::uint64_t address, std::uint64_t size) const;
+  [[nodiscard]] const Segment* findSegment(std::uint64_t address, std::uint64_t size) const;
   [[nodiscard]] const Segment& text() const;       // __TEXT, the first; it begins with the headers
   [[nodiscard]] std::uint64_t endAddress() const;  // behind the last segment
   [[nodiscard]] Section section(std::string_view name) const;  // empty when there is none

@@ -89,7 +89,7 @@ using Block = struct BlockLayout {
 };
 
 // The work that a block is; the copy lives as long as it. Each has an autorelease pool, as on macOS.
-std::function<void()> workOf(const Block* block) {
+std::function<void()> toWork(const Block* block) {
   const std::shared_ptr<Block> copy(static_cast<Block*>(_Block_copy(block)), _Block_release);
   return [copy] {
     const AutoreleasePool pool;
@@ -106,7 +106,7 @@ const char* globalQueue(std::intptr_t quality, std::uintptr_t flags) {
 
 void async(const char* queue, const Block* block) {
   if (queue != &utilityQueue) refuse("dispatch_async to that queue is unknown here");
-  asyncOnUtilityQueue(workOf(block));
+  asyncOnUtilityQueue(toWork(block));
 }
 
 // In nanoseconds.
@@ -123,7 +123,7 @@ std::uint64_t timeAfter(std::uint64_t start, std::int64_t delay) {
 void after(std::uint64_t when, const char* queue, const Block* block) {
   if (queue != &mainQueue) refuse("dispatch_after to that queue is unknown here");
   const auto left = static_cast<std::int64_t>(when - now());
-  afterDelayOnMainQueue(std::chrono::nanoseconds(left), workOf(block));
+  afterDelayOnMainQueue(std::chrono::nanoseconds(left), toWork(block));
 }
 
 }  // namespace

@@ -46,7 +46,7 @@ void say(int fd, std::string_view text) {
   ::_exit(128 + number);
 }
 
-pid_t parentOf(pid_t pid) {
+pid_t parentProcess(pid_t pid) {
   const std::string status = readFile("/proc/" + std::to_string(pid) + "/status");
   return std::stoi(status.substr(status.find("\nPPid:") + 6));
 }
@@ -54,7 +54,7 @@ pid_t parentOf(pid_t pid) {
 // The one process on the way up from us that the session's first started.
 pid_t programOfSession() {
   pid_t pid = ::getpid();
-  for (pid_t parent = ::getppid(); parent > 1; parent = parentOf(parent)) pid = parent;
+  for (pid_t parent = ::getppid(); parent > 1; parent = parentProcess(parent)) pid = parent;
   return pid;
 }
 

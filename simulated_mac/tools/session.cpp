@@ -59,7 +59,7 @@ pid_t forkProgram(const Strings& command, const int* ends) {
   execute(command.at(0).c_str(), command);
 }
 
-std::string endOf(pid_t pid) {
+std::string waitForOutcome(pid_t pid) {
   pollfd ended = {openProcess(pid), POLLIN, 0};
   const bool inTime = ::poll(&ended, 1, timeLimitMs) > 0;
   if (!inTime) ::kill(pid, SIGKILL);
@@ -93,7 +93,7 @@ int sessionMain(const Strings& arguments) {
   std::vector<pid_t> applications;
   for (const std::string* plan : plans) applications.push_back(startApplication(plan));
   ::close(ends[1]);
-  Strings result = {endOf(program)};
+  Strings result = {waitForOutcome(program)};
   for (const pid_t pid : applications)
     result.push_back(std::to_string(static_cast<int>(endApplication(pid))));
   std::cout << nulTerminated(result) << std::flush;

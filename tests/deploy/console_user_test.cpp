@@ -166,23 +166,23 @@ TEST(ConsoleUserTest, TellsTheVerdictOrThatThereIsNone) {
   SimulatedMac mac = SimulatedMac::scratch();
   install(mac, "", "one");
   const std::string report = tools + "wendle-uninstall-report";
-  const auto endOf = [&](const std::string& script, const std::string& line) {
+  const auto runShell = [&](const std::string& script, const std::string& line) {
     addExecutable(mac, report, "#!/bin/sh\n" + script);
     const SessionResult seen = run(mac, line);
     return seen.outcome + "\n" + seen.out + seen.err;
   };
   mac.addDirectory("/Applications/Wendle.app");
-  EXPECT_EQ(endOf("echo one; exit 1", uninstall + " --updates"), "exit 1\none\n");
+  EXPECT_EQ(runShell("echo one; exit 1", uninstall + " --updates"), "exit 1\none\n");
   EXPECT_TRUE(mac.exists("/Applications/Wendle.app"));
-  EXPECT_EQ(endOf("exit 1", uninstall + " --updates"), "exit 2\n");
-  EXPECT_EQ(endOf("echo one", uninstall + " --updates 2>&-"), "exit 0\none\n");
-  EXPECT_EQ(endOf("echo one", uninstall + " --updates >/dev/full"),
+  EXPECT_EQ(runShell("exit 1", uninstall + " --updates"), "exit 2\n");
+  EXPECT_EQ(runShell("echo one", uninstall + " --updates 2>&-"), "exit 0\none\n");
+  EXPECT_EQ(runShell("echo one", uninstall + " --updates >/dev/full"),
             "exit 2\n" + me + "cannot write the verdict.\n");
-  EXPECT_EQ(endOf("[ $1 = run ] && echo one || exit 2", uninstall + " --hard"),
+  EXPECT_EQ(runShell("[ $1 = run ] && echo one || exit 2", uninstall + " --hard"),
             "exit 0\none\n" + me + "the report could not tell what else needs root.\n" + me +
                 "deleted /Applications/Wendle.app as root.\n");
-  EXPECT_EQ(endOf("echo \"$@\" $LC_ALL; exit 1",
-                  "export LC_ALL=xx; " + tools + "report-for-console-user run --json"),
+  EXPECT_EQ(runShell("echo \"$@\" $LC_ALL; exit 1",
+                     "export LC_ALL=xx; " + tools + "report-for-console-user run --json"),
             "exit 1\nrun --json\n");
 }
 

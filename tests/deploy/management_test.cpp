@@ -9,7 +9,7 @@ namespace {
 using mac::SessionResult;
 using mac::SimulatedMac;
 
-std::string endOf(SimulatedMac& mac, const std::string& line, bool asRoot = true) {
+std::string runShell(SimulatedMac& mac, const std::string& line, bool asRoot = true) {
   const SessionResult seen = mac.run("/bin/sh", {"-c", line}, {.asRoot = asRoot});
   return seen.outcome + "\n" + seen.out;
 }
@@ -25,10 +25,10 @@ TEST(PrivacyProfileTest, GrantsTheTwoServicesToTheSignedUninstallerOnly) {
     addExecutable(mac, "/usr/bin/codesign", "#!/bin/sh\necho '" + said + "'\n");
   };
   codesign("designated => " + requirement);
-  const std::string ofProgram = endOf(mac, make + " /program", false);
-  EXPECT_EQ(endOf(mac, make + " com.a.B-c ABCDE12345", false), ofProgram);
+  const std::string ofProgram = runShell(mac, make + " /program", false);
+  EXPECT_EQ(runShell(mac, make + " com.a.B-c ABCDE12345", false), ofProgram);
   codesign("# designated => " + requirement);
-  EXPECT_EQ(endOf(mac, make + " /program", false), ofProgram);
+  EXPECT_EQ(runShell(mac, make + " /program", false), ofProgram);
   const mac::Plist profile = mac::parsePlist(ofProgram.substr(std::string("exit 0\n").size()));
   ASSERT_NE(profile, nullptr) << ofProgram;
   for (const char* service : {"SystemPolicyAllFiles", "SystemPolicyAppBundles"}) {
@@ -38,11 +38,11 @@ TEST(PrivacyProfileTest, GrantsTheTwoServicesToTheSignedUninstallerOnly) {
   }
 
   codesign("designated => identifier \"a&b<c>\" and anchor apple");
-  EXPECT_NE(endOf(mac, make + " /program", false).find("\"a&amp;b&lt;c&gt;\""), std::string::npos);
+  EXPECT_NE(runShell(mac, make + " /program", false).find("\"a&amp;b&lt;c&gt;\""), std::string::npos);
   codesign("# designated => cdhash H\"00\"");
   for (const char* words :
        {" /program", "", " com.a.B ABCDE1234", " 'com.a\"' ABCDE12345", " a ABCDE12345 c"})
-    EXPECT_EQ(endOf(mac, make + words, false), "exit 2\n") << words;
+    EXPECT_EQ(runShell(mac, make + words, false), "exit 2\n") << words;
 }
 
 // The report says nothing and exits with the status that stands for `case`.
@@ -57,16 +57,16 @@ TEST(MunkiTest, UninstallsUntilNothingIsKnownToBeLeft) {
     addExecutable(mac, std::string("/") + script, mac::toText(info.get(), script));
   const auto isNeeded = [&](int status) {
     addExecutable(mac, tools + "wendle-uninstall-report", reportThatExits(status));
-    return endOf(mac, "/uninstallcheck_script");
+    return runShell(mac, "/uninstallcheck_script");
   };
   EXPECT_EQ(isNeeded(0), "exit 1\n");
   EXPECT_EQ(isNeeded(1), "exit 0\n");
   EXPECT_EQ(isNeeded(2), "exit 0\n");
   mac.addFile(mac::consoleUserFile, "");
   EXPECT_EQ(isNeeded(0), "exit 0\n");
-  EXPECT_EQ(endOf(mac, "/installcheck_script"), "exit 1\n");
+  EXPECT_EQ(runShell(mac, "/installcheck_script"), "exit 1\n");
   addExecutable(mac, tools + "uninstall-for-console-user", "#!/bin/sh\necho \"$@\"; exit 3\n");
-  EXPECT_EQ(endOf(mac, "/uninstall_script"), "exit 3\n--hard\n");
+  EXPECT_EQ(runShell(mac, "/uninstall_script"), "exit 3\n--hard\n");
 }
 
 TEST(JamfTest, TellsWhatIsLeftAndRunsTheMode) {
@@ -76,13 +76,13 @@ TEST(JamfTest, TellsWhatIsLeftAndRunsTheMode) {
   const std::vector<std::string> results{"nothing", "something", "unknown"};
   for (std::size_t status = 0; status < results.size(); ++status) {
     addExecutable(mac, tools + "wendle-uninstall-report", reportThatExits(static_cast<int>(status)));
-    EXPECT_EQ(endOf(mac, attribute), "exit 0\n<result>" + results[status] + "</result>\n");
+    EXPECT_EQ(runShell(mac, attribute), "exit 0\n<result>" + results[status] + "</result>\n");
   }
   mac.addFile(mac::consoleUserFile, "");
-  EXPECT_EQ(endOf(mac, attribute), "exit 0\n<result>nobody logged in</result>\n");
+  EXPECT_EQ(runShell(mac, attribute), "exit 0\n<result>nobody logged in</result>\n");
   addExecutable(mac, tools + "uninstall-for-console-user", "#!/bin/sh\necho \"$@\"; exit 1\n");
-  EXPECT_EQ(endOf(mac, tools + "jamf-policy / mac pat"), "exit 1\n--hard\n");
-  EXPECT_EQ(endOf(mac, tools + "jamf-policy / mac pat --soft"), "exit 1\n--soft\n");
+  EXPECT_EQ(runShell(mac, tools + "jamf-policy / mac pat"), "exit 1\n--hard\n");
+  EXPECT_EQ(runShell(mac, tools + "jamf-policy / mac pat --soft"), "exit 1\n--soft\n");
 }
 
 }  // namespace

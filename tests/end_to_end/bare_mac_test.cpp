@@ -71,7 +71,7 @@ TEST_P(BareMacTest, DiffersInTheLinesOfTheCaseAndInNoOther) {
   EXPECT_EQ(mac.read(bystander), "do not touch");
 }
 
-std::string nameOf(const testing::TestParamInfo<BareMacCase>& info) { return info.param.name; }
+std::string toName(const testing::TestParamInfo<BareMacCase>& info) { return info.param.name; }
 
 const std::string agent = "com.wendle.DesktopClient.WendleAgent";
 const std::string search = "> /usr/bin/mdfind [kMDItemCFBundleIdentifier == " + agent + "] exit 0";
@@ -189,7 +189,7 @@ INSTANTIATE_TEST_SUITE_P(
          {outer, several},
          {"/Users/Shared/a", "/Users/Shared/a\nb", home + "/Documents/kept", outer + "\n/kept"}},
     }),
-    nameOf);
+    toName);
 
 const std::string noItem = progress("Remove dock folder - no dock item found");
 const std::string dockPlist = home + "/Library/Preferences/com.apple.dock.plist";
@@ -232,7 +232,7 @@ INSTANTIATE_TEST_SUITE_P(
            {"[4] uninstaller: Invalid dock item location: DEFAULTS The domain/default pair of "
             "(com.apple.dock, persistent-others) does not exist"}}}},
     }),
-    nameOf);
+    toName);
 
 }  // namespace
 }  // namespace wendle::test

@@ -23,7 +23,8 @@ const char* const foreignTile = R"(<dict><key>GUID</key><integer>-4711</integer>
   <key>list</key><array><false/><array/></array></dict><key>tile-type</key><string>spacer-tile</string></dict>)";
 
 // With a number of some kind in it.
-std::string tileOf(const std::string& url, const std::string& guid, const std::string& number = "<true/>") {
+std::string folderTile(const std::string& url, const std::string& guid,
+                       const std::string& number = "<true/>") {
   return "<dict><key>GUID</key><string>" + guid + "</string><key>count</key>" + number +
          "<key>tile-data</key><dict><key>file-data</key><dict><key>_CFURLString</key><string>" +
          std::regex_replace(url, std::regex("&"), "&amp;") + "</string></dict></dict></dict>";
@@ -69,9 +70,9 @@ TEST(DockShortcutTest, AddsATileInFrontAndKeepsTheOthersAsTheyAre) {
   SimulatedMac mac = SimulatedMac::scratch();
   const std::string movies = "/Users/pat/Movies";
   mac.addDirectory(movies);
-  setTiles(mac, foreignTile + tileOf(folderUrl, "A", "<integer>1</integer>") + tileOf(folderUrl, "B") +
-                    tileOf(folderUrl, "A", "<real>1</real>") + tileOf(folderUrl, "A", "<true/>") +
-                    tileOf(folderUrl, "A", "<real>1.5</real>"));
+  setTiles(mac, foreignTile + folderTile(folderUrl, "A", "<integer>1</integer>") +
+                    folderTile(folderUrl, "B") + folderTile(folderUrl, "A", "<real>1</real>") +
+                    folderTile(folderUrl, "A", "<true/>") + folderTile(folderUrl, "A", "<real>1.5</real>"));
   const PropertyListArray before = tiles(mac);
   const RunResult seen = run(mac, {"has", movies, "add", movies, "has", movies, "add", folder + "/"});
 
@@ -98,8 +99,8 @@ TEST(DockShortcutTest, AddsATileInFrontAndKeepsTheOthersAsTheyAre) {
 
 TEST(DockShortcutTest, RemovesOnlyWhatMatchesToTheLetter) {
   SimulatedMac mac = SimulatedMac::scratch();
-  setTiles(mac, tileOf("file:///Users/pat/tools%20&%20100%25/", "case") + tileOf(folderUrl, "A") +
-                    tileOf("file:///Users/pat/Tools%20%26%20100%25/", "escapes"));
+  setTiles(mac, folderTile("file:///Users/pat/tools%20&%20100%25/", "case") + folderTile(folderUrl, "A") +
+                    folderTile("file:///Users/pat/Tools%20%26%20100%25/", "escapes"));
   const PropertyListArray before = tiles(mac);
   EXPECT_EQ(run(mac, {"remove", folder}).outcome, "exit 0");
   EXPECT_EQ(tiles(mac), (PropertyListArray{before[0], before[2]}));

@@ -14,7 +14,7 @@ namespace {
 
 const Lines modes = {"updates", "soft", "hard", "full"};  // the order of the columns
 
-Lines cellsOf(const std::string& row) {
+Lines splitCells(const std::string& row) {
   static const std::regex separator(R"( *\| *)");
   return {std::sregex_token_iterator(row.begin() + 2, row.end(), separator, -1), {}};
 }
@@ -33,7 +33,7 @@ std::vector<Row> tableOfModes(const std::string& page) {
   }
   std::vector<Row> rows;
   for (std::getline(file, line); std::getline(file, line) && line.starts_with("|");) {
-    const Lines cells = cellsOf(line);
+    const Lines cells = splitCells(line);
     if (cells.size() < 5) throw std::runtime_error(page + " has a row without four modes: " + line);
     rows.push_back({{cells.begin(), cells.end() - 4}, {cells.end() - 4, cells.end()}});
   }

@@ -244,7 +244,7 @@ std::clock_t timeForItems(int count) {
     log.records.push_back({{}, RecordKind::error, "", item + noSuchFile});
   }
   const std::clock_t before = std::clock();
-  EXPECT_TRUE(reportOf(log)->notThere.empty());
+  EXPECT_TRUE(makeReport(log)->notThere.empty());
   return std::clock() - before;
 }
 

@@ -36,7 +36,7 @@ bool isForDock(const mac::ToolRun& run) {
 
 // What finds a tool's work: its lines, those that depend on its answer, and the items that only it takes
 // away.
-std::regex worksOf(const mac::ToolRun& run) {
+std::regex toWorkPattern(const mac::ToolRun& run) {
   static const std::map<std::string, std::string> patterns{
       {"/bin/launchctl", "launchctl|Jobs.plist|job process"},
       {"/usr/bin/pluginkit", "pluginkit|Elections.plist"},
@@ -49,7 +49,7 @@ std::regex worksOf(const mac::ToolRun& run) {
 }
 
 // What tells the work of one run from that of the tool's others: part of an identifier, a path or a label.
-std::string subjectOf(const mac::ToolRun& run) {
+std::string toSubject(const mac::ToolRun& run) {
   if (isForDock(run)) return "";
   if (run.tool == "/usr/bin/security") return run.arguments.at(2);
   const std::string path = std::regex_replace(run.arguments.back(), std::regex(".plist$|.app$"), "");
@@ -91,10 +91,10 @@ class FaultedToolTest : public testing::TestWithParam<std::tuple<std::string, Mi
   }
 
   void expectLeftBehind(const Lines& paths, const mac::ToolRun& tool) const {
-    const std::string subject = harm_ == Harm::fromThenOn ? "" : subjectOf(tool);
+    const std::string subject = harm_ == Harm::fromThenOn ? "" : toSubject(tool);
     for (const std::string& path : paths) {
       EXPECT_TRUE(harm_ != Harm::none && path.find(subject) != std::string::npos &&
-                  std::regex_search(path, worksOf(tool)))
+                  std::regex_search(path, toWorkPattern(tool)))
           << path << " was left behind";
     }
   }
@@ -109,7 +109,7 @@ class FaultedToolTest : public testing::TestWithParam<std::tuple<std::string, Mi
   // The sequence goes on to its end, or from the tool's run to the line that says why not.
   void expectSequence(RunResult seen, std::size_t at) const {
     const mac::ToolRun& tool = clean_.seen.tools[at];
-    const std::regex works = harm_ == Harm::none ? std::regex("no line") : worksOf(tool);
+    const std::regex works = harm_ == Harm::none ? std::regex("no line") : toWorkPattern(tool);
     Lines wanted = without(works, clean_.seen.sequence);
     EXPECT_EQ(seen.outcome, endsTheRun(tool) ? "signal 6" : "exit 0");
     if (endsTheRun(tool)) {
@@ -138,7 +138,7 @@ TEST_P(FaultedToolTest, ChangesOnlyWhatNeedsItsWork) {
   const std::vector<std::size_t> samples = clean_.runsToDisturb(false);
   Lines changes;
   for (const std::size_t at : clean_.runsToDisturb(misbehaviour_.isThorough)) {
-    const std::string command = commandOf(clean_.seen.tools[at]);
+    const std::string command = commandText(clean_.seen.tools[at]);
     // rm alone has the launcher's input, which does not end.
     if (misbehaviour_.fault.kind == FaultKind::readsInput && command.starts_with("/bin/rm")) continue;
     SCOPED_TRACE("run " + std::to_string(at) + ": " + command);
@@ -154,7 +154,7 @@ TEST_P(FaultedToolTest, ChangesOnlyWhatNeedsItsWork) {
   if (misbehaviour_.isThorough) expectText("faults.txt", clean_.mode + " " + misbehaviour_.name, changes);
 }
 
-std::string nameOf(const testing::TestParamInfo<FaultedToolTest::ParamType>& info) {
+std::string toName(const testing::TestParamInfo<FaultedToolTest::ParamType>& info) {
   return std::get<0>(info.param) + std::get<1>(info.param).name;
 }
 
@@ -171,7 +171,7 @@ INSTANTIATE_TEST_SUITE_P(
                         Misbehaviour{"Floods", Harm::none, {"", 1, FaultKind::floods}},
                         Misbehaviour{"LeavesGrandchild", Harm::none, {"", 1, FaultKind::leavesGrandchild, 0}},
                         Misbehaviour{"ReadsInput", Harm::none, {"", 1, FaultKind::readsInput}})),
-    nameOf);
+    toName);
 
 INSTANTIATE_TEST_SUITE_P(
     ToolsOfOtherModes, FaultedToolTest,
@@ -179,7 +179,7 @@ INSTANTIATE_TEST_SUITE_P(
                      testing::Values(Misbehaviour{"Missing", Harm::fromThenOn, {"", 1, FaultKind::missing}},
                                      Misbehaviour{
                                          "Exits", Harm::inOneRun, {"", 1, FaultKind::exits, 3, "refused."}})),
-    nameOf);
+    toName);
 
 }  // namespace
 }  // namespace wendle::test

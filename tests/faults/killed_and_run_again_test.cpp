@@ -24,7 +24,7 @@ void expectSame(const mac::Snapshot& wanted, const mac::Snapshot& seen) {
 // it dies before it does, nobody does.
 void expectProcessesOfEither(const CleanRun& clean, std::size_t at, const RunResult& killed,
                              const RunResult& again) {
-  if (commandOf(clean.seen.tools[at]).find("killall") != std::string::npos) return;
+  if (commandText(clean.seen.tools[at]).find("killall") != std::string::npos) return;
   for (std::size_t i = 0; i < clean.seen.processes.size(); ++i) {
     const mac::ProcessOutcome wanted = clean.seen.processes[i];
     EXPECT_TRUE(killed.processes[i] == wanted || again.processes[i] == wanted) << "process " << i;
@@ -36,7 +36,7 @@ class KilledRunTest : public testing::TestWithParam<std::string> {};
 TEST_P(KilledRunTest, IsMadeUpForByTheNext) {
   const CleanRun clean = cleanRun(GetParam());
   for (const std::size_t at : clean.runsToDisturb(clean.mode == "updates" || clean.mode == "soft")) {
-    SCOPED_TRACE("killed in run " + std::to_string(at) + ": " + commandOf(clean.seen.tools[at]));
+    SCOPED_TRACE("killed in run " + std::to_string(at) + ": " + commandText(clean.seen.tools[at]));
     mac::SimulatedMac mac = mac::SimulatedMac::scratch();
     mac::installClient(mac);
     mac::SimulatedMac faulted = mac;

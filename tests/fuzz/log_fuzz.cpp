@@ -29,7 +29,7 @@ static std::string takeRecord(FuzzedDataProvider& from) {
 
 static void checkReport(const std::string& text) {
   const auto log = parseLog(text);
-  const auto report = log ? reportOf(*log) : std::nullopt;
+  const auto report = log ? makeReport(*log) : std::nullopt;
   if (!report || asText(*report).empty()) return;
   const std::string json = asJson(*report, {"/a.log", "pat"});
   property("JSON is one line of UTF-8", isUtf8(json) && isOneLine(json));

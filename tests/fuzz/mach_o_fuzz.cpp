@@ -29,12 +29,12 @@ void readUnwindTable(Bytes table, Processor processor) {
 
 void readFile(Bytes file) {
   const MachO image = parseMachO(file, Processor::x86_64);
-  property("main is in the image", image.segmentOf(image.entry, 1) == &image.text());
+  property("main is in the image", image.findSegment(image.entry, 1) == &image.text());
   for (const Section& section : image.sections) {
-    property("a section is in a segment", image.segmentOf(section.address, section.size) != nullptr);
+    property("a section is in a segment", image.findSegment(section.address, section.size) != nullptr);
   }
   for (const std::uint64_t address : rebases(image)) {
-    property("a pointer can be written", image.segmentOf(address, 8)->isWritable);
+    property("a pointer can be written", image.findSegment(address, 8)->isWritable);
   }
   for (const auto& read : {binds, lazyBinds}) (void)read(image);
   const Bytes table = image.content(image.section("__unwind_info"));

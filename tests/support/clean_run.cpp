@@ -7,7 +7,7 @@ namespace wendle::test {
 namespace {
 
 // Its first word, which for a shell is that of its command line.
-std::string useOf(const mac::ToolRun& run) {
+std::string toUse(const mac::ToolRun& run) {
   const std::string& words = run.tool == "/bin/zsh" ? run.arguments.at(1) : run.arguments.at(0);
   return run.tool + " " + words.substr(0, words.find(' '));
 }
@@ -26,7 +26,7 @@ std::vector<std::size_t> CleanRun::runsToDisturb(bool isThorough) const {
   std::set<std::string> uses;
   std::vector<std::size_t> places;
   for (std::size_t at = seen.tools.size(); at-- > 0;) {
-    if (uses.insert(useOf(seen.tools[at])).second || (isThorough && !isSlow())) places.push_back(at);
+    if (uses.insert(toUse(seen.tools[at])).second || (isThorough && !isSlow())) places.push_back(at);
   }
   return {places.rbegin(), places.rend()};
 }

@@ -13,7 +13,7 @@
 namespace wendle::test {
 namespace {
 
-mac::fs::path pathOf(const std::string& file) { return mac::fs::path(EXPECTED_TEXTS) / file; }
+mac::fs::path expectedPath(const std::string& file) { return mac::fs::path(EXPECTED_TEXTS) / file; }
 
 bool isHeading(const std::string& line) { return line.starts_with("== "); }
 
@@ -28,21 +28,22 @@ std::pair<Lines::iterator, Lines::iterator> find(Lines& lines, const std::string
 void rewrite(const std::string& file, const std::string& section, const Lines& seen) {
   const int lock = ::open(EXPECTED_TEXTS, O_RDONLY | O_CLOEXEC);
   while (::flock(lock, LOCK_EX) != 0 && errno == EINTR) continue;
-  Lines lines = mac::split(mac::readFile(pathOf(file)), '\n');
+  Lines lines = mac::split(mac::readFile(expectedPath(file)), '\n');
   auto [begin, end] = find(lines, section);
   Lines text = seen;
   if (begin == lines.end()) text.insert(text.begin(), {"", "== " + section});
   if (end != lines.end()) text.emplace_back();
   lines.insert(lines.erase(begin, end), text.begin(), text.end());
-  mac::writeFile(pathOf(file + ".new"), joined(lines));
-  mac::fs::rename(pathOf(file + ".new"), pathOf(file));  // whole at any moment for those who read it
+  mac::writeFile(expectedPath(file + ".new"), joined(lines));
+  mac::fs::rename(expectedPath(file + ".new"),
+                  expectedPath(file));  // whole at any moment for those who read it
   ::close(lock);
 }
 
 }  // namespace
 
 Lines expectedLines(const std::string& file, const std::string& section) {
-  Lines lines = mac::split(mac::readFile(pathOf(file)), '\n');
+  Lines lines = mac::split(mac::readFile(expectedPath(file)), '\n');
   const auto [begin, end] = find(lines, section);
   EXPECT_NE(begin, lines.end()) << file << " has no section " << section;
   Lines found(begin, end);

@@ -95,14 +95,14 @@ RunResult run(mac::SimulatedMac& mac, const fs::path& program, const Lines& argu
   for (const std::string& record : session.log) result.log.push_back(withoutTime(record));
   sortWalk(result.log);
   for (const mac::ToolRun& run : session.journal)
-    result.journal.push_back(commandOf(run) + " " + run.outcome);
+    result.journal.push_back(commandText(run) + " " + run.outcome);
   result.sequence = inOneOrder(result);
   return result;
 }
 
 }  // namespace
 
-std::string commandOf(const mac::ToolRun& run) {
+std::string commandText(const mac::ToolRun& run) {
   std::string line = run.tool;
   for (const std::string& argument : run.arguments) line += " [" + argument + "]";
   return line;

@@ -20,7 +20,7 @@ struct RunResult {
 };
 
 // The tool's path and its arguments, as in `RunResult::journal`; not how it ended.
-[[nodiscard]] std::string commandOf(const mac::ToolRun& run);
+[[nodiscard]] std::string commandText(const mac::ToolRun& run);
 
 [[nodiscard]] RunResult runUninstaller(mac::SimulatedMac& mac, const Lines& arguments,
                                        const mac::SessionOptions& options = {});

@@ -19,7 +19,7 @@ static const std::string usualReport = "fd 0 fd 1 fd 2 signal 13 signal 21 signa
 TEST(Task, ReadsAnyAmountOfOutputAndKeepsWhatSomebodyWillRead) {
   for (const std::string descriptors : {"1", "2", "12"}) {
     Task task = childTask({"write", descriptors});
-    EXPECT_EQ(outputOf(task).size(), descriptors == "2" ? 0U : 10'000'000U);
+    EXPECT_EQ(runForOutput(task).size(), descriptors == "2" ? 0U : 10'000'000U);
     const auto error = std::get<std::shared_ptr<Pipe>>(task.standardError());
     EXPECT_EQ(error->readDataToEndOfFile().size(), descriptors == "1" ? 0U : 64 * 1024 + 1U);
   }
@@ -28,7 +28,7 @@ TEST(Task, ReadsAnyAmountOfOutputAndKeepsWhatSomebodyWillRead) {
 TEST(Task, StatusIsTheExitStatusOrTheSignalNumber) {
   for (const auto& [end, status] : {std::pair{"0", 0}, std::pair{"44", 44}, std::pair{"-9", SIGKILL}}) {
     Task task = childTask({"end", end, ""});
-    EXPECT_EQ(outputOf(task), "");
+    EXPECT_EQ(runForOutput(task), "");
     EXPECT_EQ(task.terminationStatus(), status);
   }
 }
@@ -37,7 +37,7 @@ TEST(Task, IsNoSuccessWhenItsStatusIsLost) {
   inFork([] {
     std::signal(SIGCHLD, SIG_IGN);
     Task task = childTask({"end", "0", ""});
-    EXPECT_EQ(outputOf(task), "");
+    EXPECT_EQ(runForOutput(task), "");
     EXPECT_EQ(task.terminationStatus(), Task::lostStatus);
   });
 }
@@ -45,9 +45,9 @@ TEST(Task, IsNoSuccessWhenItsStatusIsLost) {
 TEST(Task, LeavesAGrandchildThatHoldsItsPipesOrWritesWithoutPause) {
   Task holding = childTask({"report"});
   holding.setStandardError(holding.standardOutput());
-  EXPECT_EQ(outputOf(holding), usualReport);
+  EXPECT_EQ(runForOutput(holding), usualReport);
   Task writing = childTask({"flood"});
-  EXPECT_LT(outputOf(writing).size(), 50'000'000U);
+  EXPECT_LT(runForOutput(writing).size(), 50'000'000U);
 }
 
 // A device in the place of its reading end is a writer that never pauses.
@@ -91,7 +91,7 @@ TEST(Task, CannotBeLaunchedWithoutDescriptorsForItsPipes) {
       EXPECT_EQ(task.launchAndReturnError(), Status(posixError(EMFILE))) << unused;
       EXPECT_THROW(task.launch(), LaunchException);
     }
-    EXPECT_EQ(outputOf(enough), usualReport);
+    EXPECT_EQ(runForOutput(enough), usualReport);
   });
 }
 
@@ -123,11 +123,11 @@ TEST(Task, RunsAsUsualWhateverTheLauncherLeftOpenClosedBlockedOrIgnored) {
       EXPECT_EQ(::write(early.writingFd(), "typed", 5), 5);
       ::dup2(early.readingFd(), STDIN_FILENO);
       Task piped = childTask({"report", "", "last"});
-      EXPECT_EQ(outputOf(piped), usualReport + ", last");
+      EXPECT_EQ(runForOutput(piped), usualReport + ", last");
       Task inheriting = childTask({"end", "44", ""});
       inheriting.setStandardInput(InheritedStream{});
       inheriting.setStandardError(InheritedStream{});
-      EXPECT_EQ(outputOf(inheriting), "");
+      EXPECT_EQ(runForOutput(inheriting), "");
       EXPECT_EQ(inheriting.terminationStatus(), 44);
       EXPECT_EQ(std::signal(SIGPIPE, SIG_DFL), SIG_IGN);  // as the launcher left them
       EXPECT_EQ(std::signal(SIGTTOU, SIG_DFL), SIG_DFL);

@@ -8,13 +8,13 @@
 
 namespace wendle {
 
-static std::string urlOf(const std::string& path) { return FileUrl::fileUrlWithPath(path).absoluteString(); }
+static std::string toUrl(const std::string& path) { return FileUrl::fileUrlWithPath(path).absoluteString(); }
 
 TEST(FileUrl, EscapesAllButTheBytesThatStandForThemselves) {
-  EXPECT_EQ(urlOf("/nowhere/AZaz09-._~!$&'()*+,=:@"), "file:///nowhere/AZaz09-._~!$&'()*+,=:@");
-  EXPECT_EQ(urlOf("/nowhere//./../a b%20;/"), "file:///nowhere//./../a%20b%2520%3B/");
-  EXPECT_EQ(urlOf("/nowhere/\"#<>?[\\]^`{|}"), "file:///nowhere/%22%23%3C%3E%3F%5B%5C%5D%5E%60%7B%7C%7D");
-  EXPECT_EQ(urlOf("/nowhere/€😀\xFF\x80\n\x7F"), "file:///nowhere/%E2%82%AC%F0%9F%98%80%FF%80%0A%7F");
+  EXPECT_EQ(toUrl("/nowhere/AZaz09-._~!$&'()*+,=:@"), "file:///nowhere/AZaz09-._~!$&'()*+,=:@");
+  EXPECT_EQ(toUrl("/nowhere//./../a b%20;/"), "file:///nowhere//./../a%20b%2520%3B/");
+  EXPECT_EQ(toUrl("/nowhere/\"#<>?[\\]^`{|}"), "file:///nowhere/%22%23%3C%3E%3F%5B%5C%5D%5E%60%7B%7C%7D");
+  EXPECT_EQ(toUrl("/nowhere/€😀\xFF\x80\n\x7F"), "file:///nowhere/%E2%82%AC%F0%9F%98%80%FF%80%0A%7F");
 }
 
 TEST(FileUrl, EndsInASlashOnlyForADirectoryItself) {
@@ -22,7 +22,7 @@ TEST(FileUrl, EndsInASlashOnlyForADirectoryItself) {
   const std::string base = "file://" + temp / "";
   temp.file("directory/file");
   temp.link("link", "directory");
-  const auto relative = [&](const std::string& path) { return urlOf(temp / path).substr(base.size()); };
+  const auto relative = [&](const std::string& path) { return toUrl(temp / path).substr(base.size()); };
   EXPECT_EQ(
       each(relative, {"directory", "directory/", "directory/file", "link", "link/", "missing", "missing/"}),
       (Texts{"directory/", "directory/", "directory/file", "link", "link/", "missing", "missing/"}));

@@ -62,7 +62,7 @@ Task childTask(std::vector<std::string> act) {
   return task;
 }
 
-std::string outputOf(Task& task) {
+std::string runForOutput(Task& task) {
   task.launch();
   task.waitUntilExit();
   return std::get<std::shared_ptr<Pipe>>(task.standardOutput())->readDataToEndOfFile();

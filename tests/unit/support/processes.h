@@ -23,6 +23,6 @@ void inForkAsOrdinaryUser(const std::function<void()>& body);
 [[nodiscard]] Task childTask(std::vector<std::string> act);
 
 // Launches `task`, waits for it, and returns all it wrote on its output.
-[[nodiscard]] std::string outputOf(Task& task);
+[[nodiscard]] std::string runForOutput(Task& task);
 
 }  // namespace wendle

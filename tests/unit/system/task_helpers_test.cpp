@@ -8,23 +8,23 @@
 
 namespace wendle {
 
-static Status errorOf(Task task) {
-  EXPECT_EQ(outputOf(task), "");
+static Status runForError(Task task) {
+  EXPECT_EQ(runForOutput(task), "");
   return terminationError(task);
 }
 
 TEST(TerminationError, IsTheStatusAndTheTrimmedErrorOutput) {
   const std::string domain = "NSOSStatusErrorDomain";
-  EXPECT_EQ(errorOf(childTask({"end", "44", "not found.\n"})), Status(Error{domain, 44, "not found."}));
-  EXPECT_EQ(errorOf(childTask({"end", "1", "\u00A0\n two\nlines\u2029 "})),
+  EXPECT_EQ(runForError(childTask({"end", "44", "not found.\n"})), Status(Error{domain, 44, "not found."}));
+  EXPECT_EQ(runForError(childTask({"end", "1", "\u00A0\n two\nlines\u2029 "})),
             Status(Error{domain, 1, "two\nlines"}));
-  EXPECT_EQ(errorOf(childTask({"end", "2", "\xFF"})), Status(Error{domain, 2, "No description"}));
-  EXPECT_EQ(errorOf(childTask({"end", "0", "all went well"})), Status());
+  EXPECT_EQ(runForError(childTask({"end", "2", "\xFF"})), Status(Error{domain, 2, "No description"}));
+  EXPECT_EQ(runForError(childTask({"end", "0", "all went well"})), Status());
   const std::string cut(64 * 1024 - 1, 'x');  // a character at the limit goes as a whole
-  EXPECT_EQ(errorOf(childTask({"end", "3", cut + "é and more"})), Status(Error{domain, 3, cut}));
+  EXPECT_EQ(runForError(childTask({"end", "3", cut + "é and more"})), Status(Error{domain, 3, cut}));
   Task withoutPipe = childTask({"end", "44", ""});
   withoutPipe.setStandardError(FileHandle{STDOUT_FILENO});
-  EXPECT_EQ(errorOf(std::move(withoutPipe)), Status());
+  EXPECT_EQ(runForError(std::move(withoutPipe)), Status());
 }
 
 TEST(RunCommand, ReturnsBothStreamsAsTheyCameAndGivesNoInput) {

@@ -51,7 +51,7 @@ TEST(Preferences, OfADomainAreWhatWasWrittenThere) {
   Task removal = childTask({});
   removal.setExecutable("/usr/bin/defaults");
   removal.setArguments({"delete", domain});
-  EXPECT_EQ(outputOf(removal), "");
+  EXPECT_EQ(runForOutput(removal), "");
   EXPECT_EQ(removal.terminationStatus(), 0);
 }
 
