@@ -1,9 +1,11 @@
 #pragma once
 
+#include <cerrno>
 #include <ctime>
 #include <functional>
 #include <optional>
 #include <string>
+#include <utility>
 
 namespace wendle {
 
@@ -19,13 +21,25 @@ using SyscallHook = std::function<int(Syscall call, const std::string& item)>;
 
 // Of those calls of this thread; none when null. The executable has the functions of the system calls itself,
 // so whatever is linked into it calls them.
-extern thread_local SyscallHook syscallHook;
+inline thread_local SyscallHook syscallHook;
 
 // Directories do not tell this thread what kind their entries are of, as on some file systems.
-extern thread_local bool areTypesHidden;
+inline thread_local bool areTypesHidden = false;
 
 // What the monotonic clock shows this thread, in seconds; none: it goes.
-extern thread_local std::optional<time_t> stoppedClock;
+inline thread_local std::optional<time_t> stoppedClock;
+
+// For the functions in the place of the system calls: whether the hook has `call` fail; errno is set then.
+// `item` is called only when there is a hook.
+template <typename Item>
+bool fails(Syscall call, Item item) {
+  if (!syscallHook) return false;
+  auto hook = std::exchange(syscallHook, nullptr);
+  const int failure = hook(call, item());
+  syscallHook = std::move(hook);
+  if (failure != 0) errno = failure;
+  return failure != 0;
+}
 
 // Lets two entries change places at one moment. False when one is not there, or the file system cannot do it.
 bool exchange(int directory, const char* name, int otherDirectory, const char* otherName);

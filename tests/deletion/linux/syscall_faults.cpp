@@ -7,11 +7,7 @@
 #include <unistd.h>
 
 #include <filesystem>
-#include <utility>
 
-thread_local wendle::SyscallHook wendle::syscallHook;
-thread_local bool wendle::areTypesHidden = false;
-thread_local std::optional<time_t> wendle::stoppedClock;
 static thread_local std::string enteredItem;  // what the last open was about
 
 bool wendle::exchange(int directory, const char* name, int otherDirectory, const char* otherName) {
@@ -25,24 +21,14 @@ static std::string itemAt(int directory, const std::string& name) {
   return name.empty() ? path : path / name;
 }
 
-template <typename Item>
-static bool fails(wendle::Syscall call, Item item) {
-  if (!wendle::syscallHook) return false;
-  auto hook = std::exchange(wendle::syscallHook, nullptr);
-  const int failure = hook(call, item());
-  wendle::syscallHook = std::move(hook);
-  if (failure != 0) errno = failure;
-  return failure != 0;
-}
-
 extern "C" int openat(int directory, const char* name, int flags, ...) {  // files are created by open(2) here
   if (wendle::syscallHook) enteredItem = itemAt(directory, name);
-  if (fails(wendle::Syscall::open, [] { return enteredItem; })) return -1;
+  if (wendle::fails(wendle::Syscall::open, [] { return enteredItem; })) return -1;
   return static_cast<int>(::syscall(SYS_openat, directory, name, flags, 0));
 }
 
 extern "C" ssize_t getdents64(int directory, void* buffer, size_t length) noexcept {
-  if (fails(wendle::Syscall::read, [&] { return itemAt(directory, ""); })) return -1;
+  if (wendle::fails(wendle::Syscall::read, [&] { return itemAt(directory, ""); })) return -1;
   const auto count = ::syscall(SYS_getdents64, directory, buffer, length);
   for (ssize_t position = 0; wendle::areTypesHidden && position < count;) {
     auto* const entry = reinterpret_cast<dirent64*>(static_cast<char*>(buffer) + position);
@@ -53,12 +39,12 @@ extern "C" ssize_t getdents64(int directory, void* buffer, size_t length) noexce
 }
 
 extern "C" int fstat(int fd, struct stat* status) noexcept {
-  if (fails(wendle::Syscall::status, [] { return enteredItem; })) return -1;
+  if (wendle::fails(wendle::Syscall::status, [] { return enteredItem; })) return -1;
   return ::fstatat(fd, "", status, AT_EMPTY_PATH);
 }
 
 extern "C" int unlinkat(int directory, const char* name, int flags) noexcept {
-  if (fails(wendle::Syscall::unlink, [&] { return itemAt(directory, name); })) return -1;
+  if (wendle::fails(wendle::Syscall::unlink, [&] { return itemAt(directory, name); })) return -1;
   return static_cast<int>(::syscall(SYS_unlinkat, directory, name, flags));
 }
 

@@ -9,11 +9,7 @@
 #include <array>
 #include <chrono>
 #include <set>
-#include <utility>
 
-thread_local wendle::SyscallHook wendle::syscallHook;
-thread_local bool wendle::areTypesHidden = false;
-thread_local std::optional<time_t> wendle::stoppedClock;
 static thread_local std::string enteredItem;       // what the last open was about
 static thread_local std::set<const DIR*> listing;  // of which an entry was returned, and not yet the end
 
@@ -38,19 +34,9 @@ static std::string itemAt(int directory, const std::string& name) {
   return name.empty() ? path.data() : path.data() + ("/" + name);
 }
 
-template <typename Item>
-static bool fails(wendle::Syscall call, Item item) {
-  if (!wendle::syscallHook) return false;
-  auto hook = std::exchange(wendle::syscallHook, nullptr);
-  const int failure = hook(call, item());
-  wendle::syscallHook = std::move(hook);
-  if (failure != 0) errno = failure;
-  return failure != 0;
-}
-
 extern "C" int openat(int directory, const char* name, int flags, ...) {  // files are created by open(2) here
   if (wendle::syscallHook) enteredItem = itemAt(directory, name);
-  if (fails(wendle::Syscall::open, [] { return enteredItem; })) return -1;
+  if (wendle::fails(wendle::Syscall::open, [] { return enteredItem; })) return -1;
   static auto* const next = systems<int(int, const char*, int, ...)>("openat");
   return next(directory, name, flags);
 }
@@ -64,7 +50,7 @@ extern "C" DIR* fdopendir(int directory) {
 
 extern "C" dirent* readdir(DIR* stream) {
   const auto isRefused = [&] {
-    return fails(wendle::Syscall::read, [&] { return itemAt(::dirfd(stream), ""); });
+    return wendle::fails(wendle::Syscall::read, [&] { return itemAt(::dirfd(stream), ""); });
   };
   const bool isFirst = !listing.contains(stream);
   if (isFirst && isRefused()) return nullptr;
@@ -80,13 +66,13 @@ extern "C" dirent* readdir(DIR* stream) {
 }
 
 extern "C" int fstat(int fd, struct stat* status) {
-  if (fails(wendle::Syscall::status, [] { return enteredItem; })) return -1;
+  if (wendle::fails(wendle::Syscall::status, [] { return enteredItem; })) return -1;
   static auto* const next = systems<int(int, struct stat*)>("fstat");
   return next(fd, status);
 }
 
 extern "C" int unlinkat(int directory, const char* name, int flags) {
-  if (fails(wendle::Syscall::unlink, [&] { return itemAt(directory, name); })) return -1;
+  if (wendle::fails(wendle::Syscall::unlink, [&] { return itemAt(directory, name); })) return -1;
   static auto* const next = systems<int(int, const char*, int)>("unlinkat");
   return next(directory, name, flags);
 }
