@@ -210,7 +210,7 @@ bool Task::readOutput() const {
   if (pipes.empty()) return false;
   if (::poll(readable.data(), static_cast<nfds_t>(readable.size()), exitCheckInterval) > 0) {
     for (size_t i = 0; i < pipes.size(); ++i) {
-      if (readable[i].revents != 0) pipes[i]->readOnce();
+      if (readable[i].revents != 0) pipes[i]->readAvailable();
     }
   }
   return true;

@@ -201,13 +201,13 @@ void makeRandom(mac::SimulatedMac& mac, std::mt19937& random) {
 }
 
 // Each test takes every N-th account, so that they can run side by side.
-constexpr unsigned shares = 4;
+constexpr unsigned shares = 6;
 
 class RandomAccountsTest : public testing::TestWithParam<unsigned> {};
 
 TEST_P(RandomAccountsTest, LoseExactlyWhatThePreviewLists) {
   const char* wanted = std::getenv("WENDLE_RANDOM_ACCOUNTS");
-  const auto accounts = static_cast<unsigned>(wanted == nullptr ? 8 : std::atoi(wanted));
+  const auto accounts = static_cast<unsigned>(wanted == nullptr ? 12 : std::atoi(wanted));
   for (unsigned seed = GetParam(); seed < accounts && !HasFailure(); seed += shares) {
     std::mt19937 random(seed);
     SCOPED_TRACE("account " + std::to_string(seed));
