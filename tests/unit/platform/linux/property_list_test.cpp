@@ -1,23 +1,10 @@
 #include <gtest/gtest.h>
 
 #include "platform/linux/property_list_file.h"
+#include "support/every_kind.h"
 
 namespace wendle {
 namespace {
-
-const PropertyList everyKind{PropertyListDictionary{
-    {"text", {std::string("Späße <&>")}},
-    {"negative", {std::int64_t{-4711}}},
-    {"one", {std::int64_t{1}}},
-    {"large", {std::int64_t{1} << 40}},
-    {"two", {2.0}},
-    {"tenth", {0.1}},
-    {"yes", {true}},
-    {"no", {false}},
-    {"date", {PropertyListDate{816939612}}},
-    {"data", {PropertyListData{std::string("\0\x01\xff", 3)}}},
-    {"list", {PropertyListArray{{PropertyListArray()}, {PropertyListDictionary()}, {std::string()}}}},
-}};
 
 const std::string asXml = R"(<plist version="1.0"><dict><key>text</key><string>Späße &lt;&amp;&gt;</string>
   <key>negative</key><integer>-4711</integer><key>one</key><integer>1</integer>
