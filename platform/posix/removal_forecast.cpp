@@ -57,6 +57,7 @@ class Forecast {
     struct stat item {};
     if (::lstat(path.c_str(), &item) != 0) return unseen(path, errno);
     result_.kind = toItemKind(item);
+    device_ = item.st_dev;
     visit(path, path, item);
     while (cursor_.depth() > 0) {
       if (const auto entry = cursor_.next()) {
@@ -89,6 +90,7 @@ class Forecast {
     if (S_ISREG(entry.st_mode)) result_.size += static_cast<std::uint64_t>(entry.st_size);
     const bool isRead = directoryRemovalFlags(entry) == AT_REMOVEDIR;
     if (!S_ISDIR(entry.st_mode) || !isRead) return takeOut(path, entry);
+    if (entry.st_dev != device_) return keep(path, posixError(EBUSY));  // also when it cannot be opened
     if (const Status entered = cursor_.enter(name); !entered.ok()) return keep(path, entered.error());
     directories_.push_back(openedContainer(path, cursor_.fd(), "."));
   }
@@ -114,6 +116,7 @@ class Forecast {
 
   TreeCursor cursor_{AT_FDCWD};
   std::vector<Container> directories_;  // the item's parent, and one for each level of the cursor
+  dev_t device_ = 0;
   RemovalForecast result_;
 };
 

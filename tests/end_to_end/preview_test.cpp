@@ -67,6 +67,17 @@ TEST(PreviewTest, WarnsWhenAnotherTileWouldGo) {
   EXPECT_EQ(none.at("warnings").size(), 1U);
 }
 
+// Its root cannot be opened, and yet that is not why it stays.
+TEST(PreviewTest, CallsNobodyForAVolumeThatIsClosed) {
+  mac::SimulatedMac mac = mac::SimulatedMac::scratch();
+  mac::installClient(mac);
+  const mac::SessionOptions options{
+      .mounts = {"--perms", "0000", "--tmpfs", "/Applications/Wendle.app/Drive"}, .startsProcesses = false};
+  const json preview = json::parse(runReport(mac, {"preview", "--hard", "--json"}, options).out);
+  EXPECT_NE(preview.at("items").at(0).value("because", "").find("busy"), std::string::npos) << preview;
+  EXPECT_EQ(runReport(mac, {"preview", "--hard", "--needs-root"}, options).out, "");
+}
+
 TEST(LeftoversTest, NameWhatIsStillThereAndWhatNoModeTakesAway) {
   mac::SimulatedMac mac = mac::SimulatedMac::scratch();
   mac::installClient(mac);
