@@ -3,14 +3,11 @@
 #include <algorithm>
 
 namespace wendle {
-namespace {
 
-std::string_view withoutTrailingSlashes(std::string_view path) {
+static std::string_view withoutTrailingSlashes(std::string_view path) {
   while (path.size() > 1 && path.back() == '/') path.remove_suffix(1);
   return path;
 }
-
-}  // namespace
 
 std::vector<std::string> pathComponents(std::string_view path) {
   std::vector<std::string> components;

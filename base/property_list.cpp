@@ -3,12 +3,11 @@
 #include <cmath>
 
 namespace wendle {
-namespace {
 
 constexpr double twoTo63 = 9223372036854775808.0;
 
 // A whole number becomes an integer, whatever kind it was; a double beyond 64 bits stays one.
-PropertyList withWholeNumbersAsIntegers(PropertyList list) {
+static PropertyList withWholeNumbersAsIntegers(PropertyList list) {
   if (const auto* flag = std::get_if<bool>(&list.value)) return {std::int64_t{*flag}};
   if (const auto* number = std::get_if<double>(&list.value); number && std::trunc(*number) == *number) {
     if (-twoTo63 <= *number && *number < twoTo63) return {static_cast<std::int64_t>(*number)};
@@ -20,8 +19,6 @@ PropertyList withWholeNumbersAsIntegers(PropertyList list) {
   }
   return list;
 }
-
-}  // namespace
 
 const PropertyList* PropertyList::find(const std::string& key) const {
   const auto* dictionary = std::get_if<PropertyListDictionary>(&value);

@@ -12,7 +12,6 @@
 #include "system/tasks/task_helpers.h"
 
 namespace wendle {
-namespace {
 
 // The main application goes by its fixed path; the extensions lie inside the others.
 const std::vector<BundleIdentifier>& instanceBundleIdentifiers() {
@@ -22,7 +21,7 @@ const std::vector<BundleIdentifier>& instanceBundleIdentifiers() {
 }
 
 // Takes off `text` what stands before its first line feed.
-std::string_view takeLine(std::string_view& text) {
+static std::string_view takeLine(std::string_view& text) {
   const std::string_view line = text.substr(0, text.find('\n'));
   text.remove_prefix(std::min(line.size() + 1, text.size()));
   return line;
@@ -30,7 +29,7 @@ std::string_view takeLine(std::string_view& text) {
 
 // Those of the following lines that go on with `path`, each behind its line feed: together they name an item
 // that exists. Empty when they do not.
-std::string continuation(const std::string& path, std::string_view followingLines) {
+static std::string continuation(const std::string& path, std::string_view followingLines) {
   std::string lines;
   while (!followingLines.empty()) {
     lines.append("\n").append(takeLine(followingLines));
@@ -44,21 +43,21 @@ std::string continuation(const std::string& path, std::string_view followingLine
 
 // Whether `test` holds for `path` or a folder above it, the root folder aside.
 template <typename Test>
-bool holdsOnTheWayUp(std::string path, Test test) {
+static bool holdsOnTheWayUp(std::string path, Test test) {
   for (; !path.empty() && path != "/"; path = deletingLastPathComponent(path)) {
     if (test(path)) return true;
   }
   return false;
 }
 
-bool isWrpNumber(const std::string& extension) {
+static bool isWrpNumber(const std::string& extension) {
   const std::string number = extension.substr(std::string_view("wrp").size());
   const auto value = parseDecimal(number);
   return value && std::to_string(*value) == number;
 }
 
 // Why the copy at `path` is kept; empty when it is not. The last two look at the disk, so they come last.
-std::string_view exemption(const std::string& path) {
+static std::string_view exemption(const std::string& path) {
   if (path.find("/Volumes") != std::string::npos) return "on another volume";
   if (path.find("/DerivedData/") != std::string::npos) return "in a build folder";
   const FileUrl item = FileUrl::fileUrlWithPath(path);
@@ -68,7 +67,7 @@ std::string_view exemption(const std::string& path) {
 }
 
 template <typename Find>
-void removeInstances(Find find) {
+static void removeInstances(Find find) {
   for (const std::string& identifier : bundleIdentifierStrings(instanceBundleIdentifiers())) {
     for (const std::string& path : find(identifier)) {
       deleteItem(FileUrl::fileUrlWithPath(path), deleteFolderPrefix);
@@ -77,7 +76,7 @@ void removeInstances(Find find) {
 }
 
 template <typename Visit>
-void planInstances(const RemovalPlan& plan, Visit visit) {
+static void planInstances(const RemovalPlan& plan, Visit visit) {
   for (const std::string& identifier : bundleIdentifierStrings(instanceBundleIdentifiers())) {
     for (const std::string& path : findSpotlightPaths(identifier)) {
       // Without it a folder is no bundle any more, and Spotlight will not list it [I].
@@ -86,8 +85,6 @@ void planInstances(const RemovalPlan& plan, Visit visit) {
     }
   }
 }
-
-}  // namespace
 
 std::vector<std::string> pathsInAnswer(std::string_view answer) {
   std::vector<std::string> paths;

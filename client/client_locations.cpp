@@ -10,7 +10,6 @@
 #include "platform/files.h"
 
 namespace wendle {
-namespace {
 
 constexpr std::array directoriesInLibrary{"Application Scripts",
                                           "Caches",
@@ -24,7 +23,7 @@ constexpr std::array directoriesInLibrary{"Application Scripts",
 
 // Whether the name is the client's identifier, also with a group's prefix before it (TEAM.ID) or more
 // components behind it (ID.WendleAgent, ID.savedState).
-bool isClientName(std::string_view name) {
+static bool isClientName(std::string_view name) {
   const std::string identifier = rawValue(BundleIdentifier::desktop);
   const size_t start = name.find(identifier);
   if (start == std::string_view::npos) return false;
@@ -32,7 +31,7 @@ bool isClientName(std::string_view name) {
   return (start == 0 || name[start - 1] == '.') && (end == name.size() || name[end] == '.');
 }
 
-void appendTraces(std::vector<std::string>& traces, const std::string& directory) {
+static void appendTraces(std::vector<std::string>& traces, const std::string& directory) {
   UniqueFd opened(::open(directory.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
   if (!opened.isOpen()) return;
   const auto first = static_cast<std::ptrdiff_t>(traces.size());
@@ -42,8 +41,6 @@ void appendTraces(std::vector<std::string>& traces, const std::string& directory
   }
   std::sort(traces.begin() + first, traces.end());
 }
-
-}  // namespace
 
 std::vector<std::string> findClientTraces() {
   std::vector<std::string> traces;

@@ -7,18 +7,17 @@
 #include "system/tasks/task_helpers.h"
 
 namespace wendle {
-namespace {
 
-std::string launchAgentAppPath(const std::string& name) {
+static std::string launchAgentAppPath(const std::string& name) {
   return clientLocations().wendleLaunchAgentsDirectory + "/" + name + ".app";
 }
 
-std::vector<std::string> supportFolderPaths() {
+static std::vector<std::string> supportFolderPaths() {
   return {clientLocations().wendleSupportDirectory, clientLocations().sharedWendleDirectory,
           clientLocations().wendleAppPath};
 }
 
-void removeWithTool(const std::string& path) {
+static void removeWithTool(const std::string& path) {
   Task task;
   if (const Status status = runAndReturnError(task, "/bin/rm", {"-rf", path}); !status.ok()) {
     return uninstallerLogger().log(LogLevel::failure,
@@ -27,7 +26,7 @@ void removeWithTool(const std::string& path) {
   logProgress("Remove " + path + " - finished");
 }
 
-void logDeletion(const Status& status, const FileUrl& url, std::string_view logPrefix) {
+static void logDeletion(const Status& status, const FileUrl& url, std::string_view logPrefix) {
   const std::string message = std::string(logPrefix) + url.absoluteString();
   if (status.ok()) {
     logProgress(message + " - success");
@@ -38,11 +37,9 @@ void logDeletion(const Status& status, const FileUrl& url, std::string_view logP
 
 // The directories at any depth in `containers` whose names begin with "com.wendle.", a nested one after its
 // parent: their paths in it.
-std::vector<std::string> findFolderContainers(const FileTree& containers) {
+static std::vector<std::string> findFolderContainers(const FileTree& containers) {
   return containers.findDirectories([](std::string_view name) { return name.starts_with("com.wendle."); });
 }
-
-}  // namespace
 
 void deleteItem(const FileUrl& url, std::string_view logPrefix) {
   logDeletion(removeItem(url.path()), url, logPrefix);

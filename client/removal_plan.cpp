@@ -6,15 +6,12 @@
 #include <cerrno>
 
 namespace wendle {
-namespace {
 
-std::string_view kindName(ItemKind kind) {
+static std::string_view kindName(ItemKind kind) {
   if (kind == ItemKind::unknown) return "item";
   if (kind == ItemKind::link) return "link";
   return kind == ItemKind::directory ? "folder" : "file";
 }
-
-}  // namespace
 
 bool PlannedItem::needsRoot() const {
   return ::geteuid() != 0 && obstacle && (obstacle->error.code == EACCES || obstacle->error.code == EPERM);

@@ -5,24 +5,20 @@
 
 using wendle::DockShortcutManager;
 
-namespace {
+static NSString* const flagKey = @"isChangingPersistenceOfShortcutInDock";
 
-NSString* const flagKey = @"isChangingPersistenceOfShortcutInDock";
-
-std::optional<wendle::FileUrl> toFileUrl(NSURL* url) {
+static std::optional<wendle::FileUrl> toFileUrl(NSURL* url) {
   NSString* path = url.path;
   if (path.length == 0) return std::nullopt;
   return wendle::FileUrl::fileUrlWithPath(wendle::toUtf8(path));
 }
 
 // The block outlives the call that it was given to.
-DockShortcutManager::Completion toCompletion(void (^block)(BOOL)) {
+static DockShortcutManager::Completion toCompletion(void (^block)(BOOL)) {
   if (block == nil) return {};
   void (^kept)(BOOL) = [block copy];
   return [kept](bool result) { kept(result ? YES : NO); };
 }
-
-}  // namespace
 
 @interface AFXDockShortcutManager ()
 - (void)setIsChangingPersistenceOfShortcutInDock:(BOOL)isChanging;

@@ -15,7 +15,6 @@
 #include "system/tasks/task_helpers.h"
 
 namespace wendle {
-namespace {
 
 // The shell makes the escaped quote part of the pattern, so that grep passes over the _CFURLStringType lines
 // [D]; awk prints the position, among the tiles' URL lines, of every line that speaks of the client.
@@ -24,26 +23,28 @@ constexpr const char* searchLine =
 
 // The position in decimal, those of several tiles run together; empty when no tile matches; else what a tool
 // complains of.
-std::string findDockItem() {
+static std::string findDockItem() {
   std::string location = runCommand(searchLine);
   std::erase(location, '\n');
   return location;
 }
 
-std::string dockPreferencesPath() { return clientLocations().preferencesDirectory + "/com.apple.dock.plist"; }
+static std::string dockPreferencesPath() {
+  return clientLocations().preferencesDirectory + "/com.apple.dock.plist";
+}
 
-std::string deleteLine(std::int64_t index) {
+static std::string deleteLine(std::int64_t index) {
   return "/usr/libexec/PlistBuddy -c 'Delete persistent-others:" + std::to_string(index) + "' " +
          dockPreferencesPath();
 }
 
-std::int64_t toIndex(std::int64_t position) {
+static std::int64_t toIndex(std::int64_t position) {
   if (position == std::numeric_limits<std::int64_t>::min()) throw std::overflow_error("dock item location");
   return position - 1;
 }
 
 // Whether the shell takes an unquoted `text` for one word, as it stands.
-bool isOneShellWord(const std::string& text) {
+static bool isOneShellWord(const std::string& text) {
   const auto isPlain = [](unsigned char c) {
     return std::isalnum(c) != 0 || c >= 0x80 ||
            std::string_view("/._-+,:@%").find(static_cast<char>(c)) != std::string_view::npos;
@@ -59,14 +60,12 @@ const PropertyList* elementAt(const PropertyList& list, std::int64_t position) {
   return &array->at(static_cast<std::size_t>(position - 1));
 }
 
-std::string textAt(const PropertyList& list, std::initializer_list<const char*> keys) {
+static std::string textAt(const PropertyList& list, std::initializer_list<const char*> keys) {
   const PropertyList* value = &list;
   for (const char* key : keys) value = value == nullptr ? nullptr : value->find(key);
   const auto* text = value == nullptr ? nullptr : std::get_if<std::string>(&value->value);
   return text == nullptr ? "" : *text;
 }
-
-}  // namespace
 
 void planDockFolder(RemovalPlan& plan) {
   const std::string location = findDockItem();

@@ -5,9 +5,8 @@
 #include "platform/process_environment.h"
 
 namespace wendle {
-namespace {
 
-std::string causeOfTermination() {
+static std::string causeOfTermination() {
   const std::exception_ptr exception = std::current_exception();
   if (!exception) return "terminated without an exception";
   try {
@@ -21,14 +20,12 @@ std::string causeOfTermination() {
 
 // The process ends now: a report that fails must not end it in another way.
 template <typename Report>
-void catchingAll(Report report) {
+static void catchingAll(Report report) {
   try {
     report();
   } catch (...) {
   }
 }
-
-}  // namespace
 
 IssuesReporter& IssuesReporter::sharedInstance() {
   static IssuesReporter reporter;

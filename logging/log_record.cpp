@@ -7,9 +7,8 @@
 #include "base/text.h"
 
 namespace wendle {
-namespace {
 
-std::string formatted(std::chrono::sys_seconds time, const char* format) {
+static std::string formatted(std::chrono::sys_seconds time, const char* format) {
   const std::time_t seconds = time.time_since_epoch().count();
   std::tm utc{};
   ::gmtime_r(&seconds, &utc);
@@ -17,7 +16,8 @@ std::string formatted(std::chrono::sys_seconds time, const char* format) {
   return {text.data(), std::strftime(text.data(), text.size(), format, &utc)};
 }
 
-std::string record(LogTime time, std::string_view kind, std::string_view logger, std::string_view text) {
+static std::string record(LogTime time, std::string_view kind, std::string_view logger,
+                          std::string_view text) {
   std::string line = utcText(std::chrono::floor<std::chrono::milliseconds>(time));
   line.append(" [")
       .append(kind)
@@ -29,7 +29,7 @@ std::string record(LogTime time, std::string_view kind, std::string_view logger,
   return line;
 }
 
-std::string escapeSequence(std::string_view bytes) {
+static std::string escapeSequence(std::string_view bytes) {
   constexpr std::string_view characters = "\\\n\r\t";
   constexpr std::string_view letters = "\\nrt";
   if (const size_t known = characters.find(bytes); known != std::string_view::npos) {
@@ -43,8 +43,6 @@ std::string escapeSequence(std::string_view bytes) {
   }
   return sequence;
 }
-
-}  // namespace
 
 std::string utcText(UtcTime time) {
   const auto second = std::chrono::floor<std::chrono::seconds>(time);

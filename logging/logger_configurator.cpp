@@ -8,14 +8,11 @@
 #include "platform/process_environment.h"
 
 namespace wendle {
-namespace {
 
-std::optional<LogDirectory>& configuredDirectory() {
+static std::optional<LogDirectory>& configuredDirectory() {
   static std::optional<LogDirectory> directory;
   return directory;
 }
-
-}  // namespace
 
 void LoggerConfigurator::setupModuleLoggerWithSystem(const std::string& system) {
   auto& directory = configuredDirectory();

@@ -13,6 +13,9 @@ namespace wendle {
 // Whether a directory, or a link to one, is at `path`.
 [[nodiscard]] bool directoryExists(const std::string& path);
 
+// Whether a directory is at `path`, and no link to one.
+[[nodiscard]] bool isDirectoryItself(const std::string& path);
+
 // An exclusive advisory lock on a directory, held for the life of the object (flock(2)). It ends with the
 // process and is not inherited by a child. The constructor blocks until another holder releases the lock;
 // nothing is locked after `timeout`, nor when the directory cannot be opened.

@@ -18,7 +18,9 @@ class UserDefaults {
   [[nodiscard]] std::optional<PropertyList> objectForKey(const std::string& key) const;
 
   // Sets the value of `key`; others see it after synchronize() at the latest.
-  void setObject(const PropertyList& value, const std::string& key);
+  void setObject(const PropertyList& value, const std::string& key) {
+    unwritten_.insert_or_assign(key, value);
+  }
 
   // Writes what was set and keeps all other keys as they are by then. Returns whether it could be written.
   bool synchronize();

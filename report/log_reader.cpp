@@ -5,28 +5,27 @@
 #include <charconv>
 
 namespace wendle {
-namespace {
 
-bool hasForm(std::string_view text, std::string_view form) {
+static bool hasForm(std::string_view text, std::string_view form) {
   const auto fits = [](char character, char wanted) {
     return wanted == '0' ? character >= '0' && character <= '9' : character == wanted;
   };
   return std::equal(text.begin(), text.end(), form.begin(), form.end(), fits);
 }
 
-int numberAt(std::string_view text, size_t position, size_t length) {
+static int numberAt(std::string_view text, size_t position, size_t length) {
   int number = 0;
   std::from_chars(text.data() + position, text.data() + position + length, number);
   return number;
 }
 
-std::optional<UtcTime> takeTime(std::string_view& line) {
+static std::optional<UtcTime> takeTime(std::string_view& line) {
   const std::string_view text = line.substr(0, line.find(' '));
   line.remove_prefix(std::min(line.size(), text.size() + 1));
   return parseUtcTime(text);
 }
 
-std::optional<RecordKind> takeKind(std::string_view& line) {
+static std::optional<RecordKind> takeKind(std::string_view& line) {
   constexpr std::array<std::pair<std::string_view, RecordKind>, 3> kinds{
       {{"[1] ", RecordKind::progress}, {"[4] ", RecordKind::failure}, {"[error] ", RecordKind::error}}};
   for (const auto& [text, kind] : kinds) {
@@ -38,7 +37,7 @@ std::optional<RecordKind> takeKind(std::string_view& line) {
 }
 
 // The character that an escape sequence stands for, taken off `text`, which begins behind the backslash.
-std::optional<char> takeEscaped(std::string_view& text) {
+static std::optional<char> takeEscaped(std::string_view& text) {
   constexpr std::string_view letters = "\\nrt";
   constexpr std::string_view meanings = "\\\n\r\t";
   if (text.empty()) return std::nullopt;
@@ -54,7 +53,7 @@ std::optional<char> takeEscaped(std::string_view& text) {
   return static_cast<char>(byte);
 }
 
-std::optional<std::string> unescaped(std::string_view text) {
+static std::optional<std::string> unescaped(std::string_view text) {
   std::string result;
   while (!text.empty()) {
     const char first = text.front();
@@ -69,8 +68,6 @@ std::optional<std::string> unescaped(std::string_view text) {
   }
   return result;
 }
-
-}  // namespace
 
 std::optional<UtcTime> parseUtcTime(std::string_view text) {
   const bool hasMilliseconds = hasForm(text, "0000-00-00T00:00:00.000Z");

@@ -19,26 +19,25 @@
 #include "report/run_report.h"
 
 namespace wendle {
-namespace {
 
 constexpr int good = 0;
 constexpr int bad = 1;
 constexpr int noReport = 2;
 
-int complain(const std::string& sentence) {
+static int complain(const std::string& sentence) {
   const std::string line = "wendle-uninstall-report: " + escapedText(sentence) + ".\n";
   std::fwrite(line.data(), 1, line.size(), stderr);
   return noReport;
 }
 
-int print(const std::string& text, int status) {
+static int print(const std::string& text, int status) {
   const bool isWritten = std::fwrite(text.data(), 1, text.size(), stdout) == text.size();
   if (isWritten && std::fflush(stdout) == 0) return status;
   return complain("cannot write the report: " + posixError(errno).description);
 }
 
 // Of the process, if one is named; empty when there is none.
-std::string newestLog(const std::string& process) {
+static std::string newestLog(const std::string& process) {
   LoggerConfigurator::setupModuleLoggerWithSystem("uninstaller");
   for (const auto& file : LoggerFileManager::getSortedLogFiles()) {
     if (process.empty() || file.path().ends_with("-" + process + ".log")) return file.path();
@@ -47,7 +46,7 @@ std::string newestLog(const std::string& process) {
 }
 
 // What is left to be read; none, and errno, when that fails.
-std::optional<std::string> contents(int file) {
+static std::optional<std::string> contents(int file) {
   std::string text;
   std::array<char, 64 * 1024> buffer{};
   for (;;) {
@@ -59,19 +58,19 @@ std::optional<std::string> contents(int file) {
 }
 
 // The number itself for a user without a name.
-std::string userName(uid_t number) {
+static std::string userName(uid_t number) {
   const passwd* user = ::getpwuid(number);
   return user != nullptr ? user->pw_name : std::to_string(number);
 }
 
-std::string ownerName(int file) {
+static std::string ownerName(int file) {
   struct stat status {};
   return ::fstat(file, &status) == 0 ? userName(status.st_uid) : "";
 }
 
 // Why this is not the run that was asked about; empty when it is. A clock that was wrong dates a log in the
 // future.
-std::string whyNotAskedAbout(const RunReport& read, const CommandLine& line) {
+static std::string whyNotAskedAbout(const RunReport& read, const CommandLine& line) {
   if (!line.sinceTime) return "";
   const std::string begin = " is of a run that began at " + utcText(read.start) + ", ";
   if (std::chrono::floor<std::chrono::seconds>(read.start) < *line.sinceTime)
@@ -79,7 +78,7 @@ std::string whyNotAskedAbout(const RunReport& read, const CommandLine& line) {
   return read.start > std::chrono::system_clock::now() ? begin + "which is yet to come" : "";
 }
 
-int reportRun(CommandLine line) {
+static int reportRun(CommandLine line) {
   if (line.file.empty()) line.file = newestLog(line.process);
   const std::string whose = line.process.empty() ? "the uninstaller" : "process " + line.process;
   if (line.file.empty()) return complain("this user has no log of " + whose);
@@ -96,7 +95,7 @@ int reportRun(CommandLine line) {
   return print(line.wantsJson ? asJson(*read, {line.file, ownerName(file.get())}) : asText(*read), status);
 }
 
-int preview(const CommandLine& line) {
+static int preview(const CommandLine& line) {
   const RemovalPlan plan = planMode(*line.mode);
   const int status = plan.items().empty() ? good : bad;
   if (line.wantsRootPaths) return print(rootPaths(plan), status);
@@ -105,7 +104,7 @@ int preview(const CommandLine& line) {
 }
 
 // All that the other modes take away, the full mode does, too.
-int reportLeftovers(const CommandLine& line) {
+static int reportLeftovers(const CommandLine& line) {
   const RemovalPlan plan = planMode(Mode::full);
   const auto traces = findClientTraces();
   const std::string user = userName(::geteuid());
@@ -113,7 +112,7 @@ int reportLeftovers(const CommandLine& line) {
                plan.items().empty() ? good : bad);
 }
 
-int answer(const CommandLine& line) {
+static int answer(const CommandLine& line) {
   if (!line.mistake.empty()) return complain(line.mistake + "; --help tells what there is");
   switch (line.question) {
     case Question::run:
@@ -129,8 +128,6 @@ int answer(const CommandLine& line) {
   }
   return noReport;
 }
-
-}  // namespace
 }  // namespace wendle
 
 int main(int count, char** words) try {

@@ -9,9 +9,8 @@
 #include "report/json.h"
 
 namespace wendle {
-namespace {
 
-std::string sizeText(std::uint64_t bytes) {
+static std::string sizeText(std::uint64_t bytes) {
   constexpr std::array units{"bytes", "kB", "MB", "GB", "TB"};
   auto amount = static_cast<double>(bytes);
   size_t unit = 0;
@@ -21,19 +20,19 @@ std::string sizeText(std::uint64_t bytes) {
   return text.data();
 }
 
-std::string causeText(const RemovalObstacle& obstacle) {
+static std::string causeText(const RemovalObstacle& obstacle) {
   return obstacle.error.description + ": " + obstacle.path;
 }
 
-size_t countRootItems(const RemovalPlan& plan) {
+static size_t countRootItems(const RemovalPlan& plan) {
   return static_cast<size_t>(std::ranges::count_if(plan.items(), &PlannedItem::needsRoot));
 }
 
-std::string counted(size_t count, const std::string& noun) {
+static std::string counted(size_t count, const std::string& noun) {
   return std::to_string(count) + " " + noun + (count == 1 ? "" : "s");
 }
 
-std::string itemText(const PlannedItem& item) {
+static std::string itemText(const PlannedItem& item) {
   std::string text = "  " + item.kind + "  " + escapedText(item.name) + "  (" + item.why;
   if (item.size) text += ", " + sizeText(*item.size);
   text += ")\n";
@@ -44,20 +43,20 @@ std::string itemText(const PlannedItem& item) {
   return text;
 }
 
-std::string itemsText(const RemovalPlan& plan) {
+static std::string itemsText(const RemovalPlan& plan) {
   std::string text;
   for (const PlannedItem& item : plan.items()) text += itemText(item);
   return text;
 }
 
-std::string section(const std::string& heading, const std::vector<std::string>& lines) {
+static std::string section(const std::string& heading, const std::vector<std::string>& lines) {
   if (lines.empty()) return "";
   std::string text = heading + ":\n";
   for (const std::string& line : lines) text += "  " + escapedText(line) + "\n";
   return text;
 }
 
-std::string sumText(const RemovalPlan& plan) {
+static std::string sumText(const RemovalPlan& plan) {
   const auto size =
       std::accumulate(plan.items().begin(), plan.items().end(), std::uint64_t{0},
                       [](std::uint64_t sum, const PlannedItem& item) { return sum + item.size.value_or(0); });
@@ -65,7 +64,7 @@ std::string sumText(const RemovalPlan& plan) {
          std::to_string(countRootItems(plan)) + " of them need root";
 }
 
-std::string itemJson(const PlannedItem& item) {
+static std::string itemJson(const PlannedItem& item) {
   JsonObject object;
   object.add("kind", item.kind).add(item.isFileItem() ? "path" : "label", item.name).add("why", item.why);
   if (item.size) object.addNumber("size", std::to_string(*item.size));
@@ -74,11 +73,9 @@ std::string itemJson(const PlannedItem& item) {
   return object.text();
 }
 
-std::string keptJson(const KeptItem& kept) {
+static std::string keptJson(const KeptItem& kept) {
   return JsonObject().add("path", kept.path).add("because", kept.because).text();
 }
-
-}  // namespace
 
 std::string previewText(const RemovalPlan& plan, const PlanContext& context) {
   std::string text = context.modeSwitch + " would take away, in this order:\n" + itemsText(plan);

@@ -6,25 +6,22 @@
 #include "report/run_report.h"
 
 namespace wendle {
-namespace {
 
-std::string secondsText(std::chrono::milliseconds duration) {
+static std::string secondsText(std::chrono::milliseconds duration) {
   std::array<char, 32> text{};
   std::snprintf(text.data(), text.size(), "%.3f", static_cast<double>(duration.count()) / 1000);
   return text.data();
 }
 
-std::string section(const std::string& heading, const std::vector<std::string>& lines) {
+static std::string section(const std::string& heading, const std::vector<std::string>& lines) {
   std::string text = heading + ": " + (lines.empty() ? "nothing" : std::to_string(lines.size())) + "\n";
   for (const std::string& line : lines) text += "  " + escapedText(line) + "\n";
   return text;
 }
 
-std::string failedJson(const FailedItem& failed) {
+static std::string failedJson(const FailedItem& failed) {
   return JsonObject().add("item", failed.item).add("cause", failed.cause).text();
 }
-
-}  // namespace
 
 std::string asSentence(const RunReport& report) {
   return report.mode + " took " + secondsText(report.duration) +

@@ -7,19 +7,16 @@
 #include "system/tasks/task_helpers.h"
 
 namespace wendle {
-namespace {
 
 constexpr std::array labels{"Wendle", "WendleAgent", "WendleTeamManagement"};
 
-Status runSecurity(const std::string& verb, const std::string& label, const std::string& keychainPath,
-                   const Stream& output = FileHandle{STDOUT_FILENO}) {
+static Status runSecurity(const std::string& verb, const std::string& label, const std::string& keychainPath,
+                          const Stream& output = FileHandle{STDOUT_FILENO}) {
   Task task = makeConsoleTask();
   task.setStandardOutput(output);
   run(task, "/usr/bin/security", {verb, "-l", label, keychainPath});
   return terminationError(task);
 }
-
-}  // namespace
 
 void deleteNeededKeychainItems() {
   logStartFinish("Delete needed keychain items", [] {

@@ -12,10 +12,9 @@
 #include "system/tasks/task_helpers.h"
 
 namespace wendle {
-namespace {
 
-void runLaunchctl(const std::vector<std::string>& arguments, const std::string& commandText,
-                  const std::string& failureText) {
+static void runLaunchctl(const std::vector<std::string>& arguments, const std::string& commandText,
+                         const std::string& failureText) {
   logProgress(commandText + " - started");
   Task task = makeConsoleTask();
   const Status status = runAndReturnError(task, "/bin/launchctl", arguments);
@@ -24,14 +23,14 @@ void runLaunchctl(const std::vector<std::string>& arguments, const std::string& 
 }
 
 // What launchd knows the job of one of the client's agents by.
-std::string jobLabel(const std::string& agentPath) {
+static std::string jobLabel(const std::string& agentPath) {
   const std::string name = pathComponents(agentPath).back();
   return name.substr(0, name.rfind('.'));
 }
 
 // The process of a job; none when launchd knows no such job, or when it does not run. Source: launchctl(1),
 // `list`, which prints a dictionary with a line `"PID" = 123;`.
-std::optional<std::int64_t> jobProcess(const std::string& label) {
+static std::optional<std::int64_t> jobProcess(const std::string& label) {
   Task task = makePipedTask();
   run(task, "/bin/launchctl", {"list", label});
   const std::string job = std::get<std::shared_ptr<Pipe>>(task.standardOutput())->readDataToEndOfFile();
@@ -41,8 +40,6 @@ std::optional<std::int64_t> jobProcess(const std::string& label) {
   const std::string number = job.substr(start + key.size());
   return parseDecimal(number.substr(0, number.find(';')));
 }
-
-}  // namespace
 
 void unloadLaunchAgents() {
   logStartFinish("Unload Wendle agent", [] {

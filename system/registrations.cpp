@@ -4,17 +4,14 @@
 #include "system/tasks/task_helpers.h"
 
 namespace wendle {
-namespace {
 
 // One run of a tool for one item, and the line that says it took place or could not.
-void runForItem(const std::string& executable, const std::vector<std::string>& arguments,
-                const std::string& done, const std::string& failed) {
+static void runForItem(const std::string& executable, const std::vector<std::string>& arguments,
+                       const std::string& done, const std::string& failed) {
   Task task = makeConsoleTask();
   const Status status = runAndReturnError(task, executable, arguments);
   logProgress(status.ok() ? done : failed + ": " + describe(status.error()));
 }
-
-}  // namespace
 
 void ignoreExtension(const std::string& identifier) {
   const std::string commandText = "Run `pluginkit -e ignore -i " + identifier + "`";

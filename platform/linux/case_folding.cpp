@@ -6,16 +6,13 @@
 #include "base/text.h"
 
 namespace wendle {
-namespace {
 
-char32_t lowercase(char32_t character) {
+static char32_t lowercase(char32_t character) {
   if (character < 0x80) return character >= 'A' && character <= 'Z' ? character + ('a' - 'A') : character;
   static const locale_t unicode = ::newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr);
   if (unicode == nullptr) return character;  // a system without that locale: only ASCII letters have case
   return static_cast<char32_t>(::towlower_l(static_cast<wint_t>(character), unicode));
 }
-
-}  // namespace
 
 std::string lowercased(std::string_view text) {
   std::string result;

@@ -27,14 +27,10 @@ struct DirectoryStream::Implementation {  // NOLINT(*-member-init): the kernel f
   }
 };
 
-namespace {
-
-EntryType toEntryType(const dirent64& entry) {
+static EntryType toEntryType(const dirent64& entry) {
   if (entry.d_type == DT_UNKNOWN) return EntryType::unknown;
   return entry.d_type == DT_DIR ? EntryType::directory : EntryType::other;
 }
-
-}  // namespace
 
 DirectoryStream::DirectoryStream(UniqueFd directory) : implementation_(new Implementation) {
   implementation_->fd = std::move(directory);

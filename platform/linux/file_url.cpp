@@ -1,6 +1,5 @@
 #include "platform/file_url.h"
 
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <array>
@@ -9,16 +8,15 @@
 #include "platform/files.h"
 
 namespace wendle {
-namespace {
 
 constexpr std::string_view unescapedMarks = "-._~!$&'()*+,=:@/";  // the semicolon is escaped, as on macOS [I]
 
-bool standsUnescaped(char byte) {
+static bool standsUnescaped(char byte) {
   const bool isLetter = (byte >= 'a' && byte <= 'z') || (byte >= 'A' && byte <= 'Z');
   return isLetter || (byte >= '0' && byte <= '9') || unescapedMarks.find(byte) != std::string_view::npos;
 }
 
-std::string percentEscaped(std::string_view text) {
+static std::string percentEscaped(std::string_view text) {
   constexpr std::string_view digits = "0123456789ABCDEF";
   std::string result;
   for (const char byte : text) {
@@ -32,19 +30,12 @@ std::string percentEscaped(std::string_view text) {
   return result;
 }
 
-std::string absolutePath(std::string_view path) {
+static std::string absolutePath(std::string_view path) {
   if (path.starts_with('/')) return std::string(path);
   std::array<char, PATH_MAX> workingDirectory{};
   (void)!::getcwd(workingDirectory.data(), workingDirectory.size());  // nothing when it is gone
   return std::string(workingDirectory.data()).append("/").append(path);
 }
-
-bool isDirectoryItself(const std::string& path) {
-  struct stat status {};
-  return ::lstat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
-}
-
-}  // namespace
 
 FileUrl FileUrl::fileUrlWithPath(std::string_view path) {
   std::string absolute = absolutePath(path);

@@ -13,20 +13,19 @@
 #include "platform/process_environment.h"
 
 namespace wendle {
-namespace {
 
-std::string domainPath(const std::string& domain) {
+static std::string domainPath(const std::string& domain) {
   return standardDirectoryPath(StandardDirectory::userLibrary) + "/Preferences/" + domain + ".plist";
 }
 
 // An absent domain is an empty one; none for a file that cannot be read.
-std::optional<PropertyListFile> readDomain(const std::string& path) {
+static std::optional<PropertyListFile> readDomain(const std::string& path) {
   if (!fileExists(path)) return PropertyListFile{{PropertyListDictionary()}, PropertyListFormat::binary};
   return parsePropertyList(fileContent(path));
 }
 
 // Readers see the old file or the new one, never a part of it.
-bool replaceFile(const std::string& path, const std::string& bytes) {
+static bool replaceFile(const std::string& path, const std::string& bytes) {
   std::string temporary = path + ".XXXXXX";
   const UniqueFd file(::mkostemp(temporary.data(), O_CLOEXEC));
   if (!file.isOpen()) return false;
@@ -37,18 +36,12 @@ bool replaceFile(const std::string& path, const std::string& bytes) {
   return false;
 }
 
-}  // namespace
-
 std::optional<PropertyList> UserDefaults::objectForKey(const std::string& key) const {
   if (const auto found = unwritten_.find(key); found != unwritten_.end()) return found->second;
   const auto file = readDomain(domainPath(domain_));
   const PropertyList* value = file ? file->content.find(key) : nullptr;
   if (value == nullptr) return std::nullopt;
   return *value;
-}
-
-void UserDefaults::setObject(const PropertyList& value, const std::string& key) {
-  unwritten_.insert_or_assign(key, value);
 }
 
 bool UserDefaults::synchronize() {

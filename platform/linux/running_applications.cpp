@@ -12,7 +12,6 @@
 #include "platform/linux/file_content.h"
 
 namespace wendle {
-namespace {
 
 // What macOS sets for an application that it starts [I].
 constexpr std::string_view identifierVariable = "__CFBundleIdentifier=";
@@ -20,7 +19,7 @@ constexpr std::string_view identifierVariable = "__CFBundleIdentifier=";
 // The environment of a process of this user: each entry between two zero bytes. Empty for another's. The
 // directory has the process's owner; the files in it are the superuser's where it may not be looked into
 // (proc(5)).
-std::string readEnvironment(int processTable, const std::string& process) {
+static std::string readEnvironment(int processTable, const std::string& process) {
   const UniqueFd directory(::openat(processTable, process.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
   struct stat status {};
   if (::fstat(directory.get(), &status) != 0 || status.st_uid != ::geteuid()) return {};
@@ -28,8 +27,6 @@ std::string readEnvironment(int processTable, const std::string& process) {
   std::string environment(1, '\0');
   return environment.append(fileContent(file));
 }
-
-}  // namespace
 
 struct RunningApplication::Handle {
   pid_t process;

@@ -6,16 +6,13 @@
 #include "platform/macos/foundation_values.h"
 
 namespace wendle {
-namespace {
 
-std::string_view takeUtf8Prefix(std::string_view& text) {
+static std::string_view takeUtf8Prefix(std::string_view& text) {
   const std::string_view whole = text;
   while (takeUtf8Character(text)) {
   }
   return whole.substr(0, whole.size() - text.size());
 }
-
-}  // namespace
 
 std::string lowercased(std::string_view text) {
   std::string result;

@@ -27,9 +27,7 @@ struct DirectoryStream::Implementation {
   int failure = 0;
 };
 
-namespace {
-
-EntryType toEntryType(const dirent& entry) {
+static EntryType toEntryType(const dirent& entry) {
   if (entry.d_type == DT_UNKNOWN) return EntryType::unknown;
   return entry.d_type == DT_DIR ? EntryType::directory : EntryType::other;
 }
@@ -38,10 +36,10 @@ constexpr int atRemovedirDataless = 0x0100;  // AT_REMOVEDIR_DATALESS in xnu's <
 constexpr std::uint32_t userFlags = UF_IMMUTABLE | UF_APPEND;
 constexpr std::uint32_t systemFlags = SF_IMMUTABLE | SF_APPEND;
 
-bool areToBeCleared(std::uint32_t flags) { return (flags & userFlags) != 0 && (flags & systemFlags) == 0; }
-bool isSuperuser() { return ::geteuid() == 0; }
-
-}  // namespace
+static bool areToBeCleared(std::uint32_t flags) {
+  return (flags & userFlags) != 0 && (flags & systemFlags) == 0;
+}
+static bool isSuperuser() { return ::geteuid() == 0; }
 
 DirectoryStream::DirectoryStream(UniqueFd directory)
     : implementation_(new Implementation(std::move(directory))) {}

@@ -1,34 +1,26 @@
 #include "platform/file_url.h"
 
 #import <Foundation/Foundation.h>
-#include <sys/stat.h>
 
 #include "base/text.h"
+#include "platform/files.h"
 #include "platform/macos/foundation_values.h"
 
 namespace wendle {
-namespace {
-
-bool isDirectoryItself(const std::string& path) {
-  struct stat status {};
-  return ::lstat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
-}
 
 // A path that is no UTF-8 has no NSString: its bytes are escaped one by one [I].
-NSURL* toUrl(const std::string& path, bool isDirectory) {
+static NSURL* toUrl(const std::string& path, bool isDirectory) {
   return [NSURL fileURLWithFileSystemRepresentation:path.c_str()
                                         isDirectory:isDirectory ? YES : NO
                                       relativeToURL:nil];
 }
 
 // The bytes as they were given: a file system may tell composed names from decomposed ones [D].
-std::string toPath(NSURL* url, std::string_view given) {
+static std::string toPath(NSURL* url, std::string_view given) {
   std::string path = given.starts_with('/') ? std::string(given) : toUtf8(url.path);
   while (path.size() > 1 && path.ends_with('/')) path.pop_back();
   return path;
 }
-
-}  // namespace
 
 FileUrl FileUrl::fileUrlWithPath(std::string_view path) {
   @autoreleasepool {

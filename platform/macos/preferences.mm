@@ -5,23 +5,16 @@
 #include "platform/macos/foundation_values.h"
 
 namespace wendle {
-namespace {
 
-NSUserDefaults* defaultsForDomain(const std::string& domain) {
+static NSUserDefaults* defaultsForDomain(const std::string& domain) {
   return [[NSUserDefaults alloc] initWithSuiteName:toNSString(domain)];
 }
-
-}  // namespace
 
 std::optional<PropertyList> UserDefaults::objectForKey(const std::string& key) const {
   if (const auto found = unwritten_.find(key); found != unwritten_.end()) return found->second;
   @autoreleasepool {
     return toPropertyList([defaultsForDomain(domain_) objectForKey:toNSString(key)]);
   }
-}
-
-void UserDefaults::setObject(const PropertyList& value, const std::string& key) {
-  unwritten_.insert_or_assign(key, value);
 }
 
 bool UserDefaults::synchronize() {

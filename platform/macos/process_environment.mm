@@ -9,24 +9,21 @@
 #include "platform/macos/foundation_values.h"
 
 namespace wendle {
-namespace {
 
-std::string firstPath(NSSearchPathDirectory directory, NSSearchPathDomainMask domain) {
+static std::string firstPath(NSSearchPathDirectory directory, NSSearchPathDomainMask domain) {
   @autoreleasepool {
     for (NSString* path in NSSearchPathForDirectoriesInDomains(directory, domain, YES)) return toUtf8(path);
   }
   return {};
 }
 
-void (*reportCause)(const std::string& cause);
-NSUncaughtExceptionHandler* previousHandler;
+static void (*reportCause)(const std::string& cause);
+static NSUncaughtExceptionHandler* previousHandler;
 
-void handleUncaught(NSException* exception) {
+static void handleUncaught(NSException* exception) {
   reportCause(toUtf8(exception.name) + ": " + toUtf8(exception.reason));
   if (previousHandler != nullptr) previousHandler(exception);
 }
-
-}  // namespace
 
 const std::vector<std::string>& processArguments() {
   static const std::vector<std::string> arguments = [] {

@@ -3,12 +3,9 @@
 #include <dispatch/dispatch.h>
 
 namespace wendle {
-namespace {
 
 // An exception ends the process where it is thrown, not somewhere in the queue's own frames.
-void run(const std::function<void()>& work) noexcept { work(); }
-
-}  // namespace
+static void run(const std::function<void()>& work) noexcept { work(); }
 
 void asyncOnUtilityQueue(std::function<void()> work) {
   dispatch_async(dispatch_get_global_queue(QOS_CLASS_UTILITY, 0), ^{

@@ -19,6 +19,11 @@ bool directoryExists(const std::string& path) {
   return ::stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
 }
 
+bool isDirectoryItself(const std::string& path) {
+  struct stat status {};
+  return ::lstat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
+}
+
 DirectoryLock::DirectoryLock(const std::string& path, std::chrono::milliseconds timeout)
     : directory_(::open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)) {
   constexpr std::chrono::milliseconds interval(10);

@@ -6,9 +6,8 @@
 #include <csignal>
 
 namespace wendle {
-namespace {
 
-std::string usualDirectoryPath(StandardDirectory directory) {
+static std::string usualDirectoryPath(StandardDirectory directory) {
   switch (directory) {
     case StandardDirectory::userLibrary:
       return homeDirectoryPath() + "/Library";
@@ -21,8 +20,6 @@ std::string usualDirectoryPath(StandardDirectory directory) {
   }
   return {};
 }
-
-}  // namespace
 
 void initProcessState() {
   int fd = ::open("/dev/null", O_RDWR);  // takes the lowest number that is free

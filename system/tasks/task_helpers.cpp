@@ -3,19 +3,16 @@
 #include "base/text.h"
 
 namespace wendle {
-namespace {
 
 constexpr size_t maxCommandOutput = 16 * 1024 * 1024;
 
 // One byte more than a limit tells whether the limit cuts a character in two.
-std::shared_ptr<Pipe> makePipe(size_t limit) { return std::make_shared<Pipe>(limit + 1); }
+static std::shared_ptr<Pipe> makePipe(size_t limit) { return std::make_shared<Pipe>(limit + 1); }
 
-void configure(Task& task, const std::string& executable, const std::vector<std::string>& arguments) {
+static void configure(Task& task, const std::string& executable, const std::vector<std::string>& arguments) {
   task.setExecutable(executable);
   task.setArguments(arguments);
 }
-
-}  // namespace
 
 Status runAndReturnError(Task& task, const std::string& executable,
                          const std::vector<std::string>& arguments) {
