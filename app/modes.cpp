@@ -1,6 +1,7 @@
 #include "app/modes.h"
 
 #include <algorithm>
+#include <array>
 
 #include "client/application_bundles.h"
 #include "client/bundle_identifier.h"
@@ -16,11 +17,18 @@
 namespace wendle {
 namespace {
 
-// What a step does, and what it would do.
+// What a step does, what it would do, and the modes that take it, as bits.
 struct Step {
+  unsigned modes;
   void (*run)();
   void (*plan)(RemovalPlan& plan);
 };
+
+constexpr unsigned bit(Mode mode) { return 1U << static_cast<unsigned>(mode); }
+constexpr unsigned updates = bit(Mode::updates);
+constexpr unsigned soft = bit(Mode::soft);
+constexpr unsigned hard = bit(Mode::hard);
+constexpr unsigned full = bit(Mode::full);
 
 std::vector<std::string> everyIdentifier() { return bundleIdentifierStrings(allCases()); }
 std::vector<std::string> searchExtension() {
@@ -28,109 +36,59 @@ std::vector<std::string> searchExtension() {
 }
 const std::vector<std::string> searchExtensionApps{"WendleExtension"};
 
-constexpr Step wendleApp{
-    [] {
-      logStartFinish("Remove Wendle.app", [] {
-        deleteItem(FileUrl::fileUrlWithPath(clientLocations().wendleAppPath), deleteFolderPrefix);
-      });
-    },
-    [](RemovalPlan& plan) { plan.addPath(clientLocations().wendleAppPath, "the client"); }};
-
-constexpr Step launchAgents{unloadLaunchAgents, planLaunchAgents};
-
-constexpr Step finderSyncExtension{
-    [] {
-      logStartFinish("Ignore FinderSyncExtension for removal",
-                     [] { ignoreExtension(rawValue(BundleIdentifier::agentFinderSyncExt)); });
-    },
-    [](RemovalPlan& plan) { planIgnoredExtension(plan, rawValue(BundleIdentifier::agentFinderSyncExt)); }};
-
-constexpr Step permissions{[] { resetPermissions(everyIdentifier()); },
-                           [](RemovalPlan& plan) { planPermissions(plan, everyIdentifier()); }};
-
-constexpr Step processes{killWendleProcesses, planProcessTermination};
-
-constexpr Step dockFolder{removeDockFolder, planDockFolder};
-
-constexpr Step instancesOutsideExceptions{
-    [] { logStartFinish("Remove instances of Wendle w/ exceptions", removeInstancesWithExceptions); },
-    planInstancesWithExceptions};
-
-constexpr Step everyInstance{[] { logStartFinish("Remove all instances of Wendle", removeAllInstances); },
-                             planAllInstances};
-
-constexpr Step vendorApps{[] {
-                            logStartFinish("Remove vendor apps directory", [] {
-                              deleteItem(FileUrl::fileUrlWithPath(clientLocations().vendorAppsDirectory),
-                                         deleteFolderPrefix);
-                            });
-                          },
-                          [](RemovalPlan& plan) {
-                            plan.addPath(clientLocations().vendorAppsDirectory, "the vendor's applications");
-                          }};
-
-constexpr Step containers{removeFolderContainers, planFolderContainers};
-
-constexpr Step keychainItems{deleteNeededKeychainItems, planKeychainItems};
-
-constexpr Step clientFolders{removeClientFolders, planClientFolders};
-
-constexpr Step goodbye{[] { logProgress("Removal Completed - 😔 Sorry to see you go. 😔"); },
-                       [](RemovalPlan&) {}};
-
-constexpr Step legacyProcesses{[] { killWendleLegacyProcesses(searchExtension()); },
-                               [](RemovalPlan& plan) { planLegacyProcesses(plan, searchExtension()); }};
-
-constexpr Step searchExtensionPermissions{
-    [] { resetPermissions(searchExtension()); },
-    [](RemovalPlan& plan) { planPermissions(plan, searchExtension()); }};
-
-constexpr Step searchExtensionDefaults{[] { removeDefaults(searchExtension()); },
-                                       [](RemovalPlan& plan) { planDefaults(plan, searchExtension()); }};
-
-constexpr Step searchExtensionPreferences{
-    [] {
-      deleteItem(FileUrl::fileUrlWithPath(clientLocations().searchExtensionPreferencesPath),
-                 deleteFilePrefix);
-    },
-    [](RemovalPlan& plan) {
-      plan.addPath(clientLocations().searchExtensionPreferencesPath, "the search extension's preferences");
-    }};
-
-constexpr Step searchExtensionApp{[] { removeLaunchAgentApps(searchExtensionApps); },
-                                  [](RemovalPlan& plan) { planLaunchAgentApps(plan, searchExtensionApps); }};
-
-// The full mode has no closing line.
-std::vector<Step> modeSteps(Mode mode) {
-  switch (mode) {
-    case Mode::updates:
-      return {legacyProcesses,         launchAgents,
-              finderSyncExtension,     searchExtensionPermissions,
-              searchExtensionDefaults, searchExtensionPreferences,
-              searchExtensionApp};
-    case Mode::soft:
-      return {
-          launchAgents, finderSyncExtension, permissions,   processes, dockFolder, instancesOutsideExceptions,
-          containers,   keychainItems,       clientFolders, goodbye};
-    case Mode::hard:
-      return {wendleApp,
-              launchAgents,
-              finderSyncExtension,
-              permissions,
-              processes,
-              dockFolder,
-              instancesOutsideExceptions,
-              vendorApps,
-              containers,
-              keychainItems,
-              clientFolders,
-              goodbye};
-    case Mode::full:
-      return {wendleApp,     launchAgents, finderSyncExtension, permissions,   processes,    dockFolder,
-              everyInstance, vendorApps,   containers,          keychainItems, clientFolders};
-  }
-  return {};
-}
+// All steps, in the one order that every mode keeps. The full mode has no closing line.
+constexpr std::array steps{
+    Step{updates, [] { killWendleLegacyProcesses(searchExtension()); },
+         [](RemovalPlan& plan) { planLegacyProcesses(plan, searchExtension()); }},
+    Step{hard | full,
+         [] {
+           logStartFinish("Remove Wendle.app",
+                          [] { deleteItem(clientLocations().wendleAppPath, deleteFolderPrefix); });
+         },
+         [](RemovalPlan& plan) { plan.addPath(clientLocations().wendleAppPath, "the client"); }},
+    Step{updates | soft | hard | full, unloadLaunchAgents, planLaunchAgents},
+    Step{updates | soft | hard | full,
+         [] {
+           logStartFinish("Ignore FinderSyncExtension for removal",
+                          [] { ignoreExtension(rawValue(BundleIdentifier::agentFinderSyncExt)); });
+         },
+         [](RemovalPlan& plan) {
+           planIgnoredExtension(plan, rawValue(BundleIdentifier::agentFinderSyncExt));
+         }},
+    Step{soft | hard | full, [] { resetPermissions(everyIdentifier()); },
+         [](RemovalPlan& plan) { planPermissions(plan, everyIdentifier()); }},
+    Step{soft | hard | full, killWendleProcesses, planProcessTermination},
+    Step{soft | hard | full, removeDockFolder, planDockFolder},
+    Step{soft | hard,
+         [] { logStartFinish("Remove instances of Wendle w/ exceptions", removeInstancesWithExceptions); },
+         planInstancesWithExceptions},
+    Step{full, [] { logStartFinish("Remove all instances of Wendle", removeAllInstances); },
+         planAllInstances},
+    Step{hard | full,
+         [] {
+           logStartFinish("Remove vendor apps directory",
+                          [] { deleteItem(clientLocations().vendorAppsDirectory, deleteFolderPrefix); });
+         },
+         [](RemovalPlan& plan) {
+           plan.addPath(clientLocations().vendorAppsDirectory, "the vendor's applications");
+         }},
+    Step{soft | hard | full, removeFolderContainers, planFolderContainers},
+    Step{soft | hard | full, deleteNeededKeychainItems, planKeychainItems},
+    Step{soft | hard | full, removeClientFolders, planClientFolders},
+    Step{soft | hard, [] { logProgress("Removal Completed - 😔 Sorry to see you go. 😔"); },
+         [](RemovalPlan&) {}},
+    Step{updates, [] { resetPermissions(searchExtension()); },
+         [](RemovalPlan& plan) { planPermissions(plan, searchExtension()); }},
+    Step{updates, [] { removeDefaults(searchExtension()); },
+         [](RemovalPlan& plan) { planDefaults(plan, searchExtension()); }},
+    Step{updates, [] { deleteItem(clientLocations().searchExtensionPreferencesPath, deleteFilePrefix); },
+         [](RemovalPlan& plan) {
+           plan.addPath(clientLocations().searchExtensionPreferencesPath,
+                        "the search extension's preferences");
+         }},
+    Step{updates, [] { removeLaunchAgentApps(searchExtensionApps); },
+         [](RemovalPlan& plan) { planLaunchAgentApps(plan, searchExtensionApps); }},
+};
 
 const ModeSwitch& switchEntry(Mode mode) { return *std::ranges::find(modeSwitches, mode, &ModeSwitch::mode); }
 
@@ -140,21 +98,28 @@ std::string modeSwitch(Mode mode) { return std::string(switchEntry(mode).argumen
 
 std::optional<Mode> chosenMode(const std::vector<std::string>& arguments) {
   for (const std::string& argument : arguments) {
-    for (const ModeSwitch& modeSwitch : modeSwitches) {
-      if (argument == modeSwitch.argument) return modeSwitch.mode;
-    }
+    const auto* found = std::ranges::find(modeSwitches, argument, &ModeSwitch::argument);
+    if (found != modeSwitches.end()) return found->mode;
   }
   return std::nullopt;
 }
 
+std::string startLine(Mode mode) {
+  return "Wendle Uninstaller - started in " + std::string(switchEntry(mode).nameInLog) + " mode";
+}
+
 void runSteps(Mode mode) {
-  logProgress("Wendle Uninstaller - started in " + std::string(switchEntry(mode).nameInLog) + " mode");
-  for (const Step& step : modeSteps(mode)) step.run();
+  logProgress(startLine(mode));
+  for (const Step& step : steps) {
+    if ((step.modes & bit(mode)) != 0) step.run();
+  }
 }
 
 RemovalPlan planMode(Mode mode) {
   RemovalPlan plan;
-  for (const Step& step : modeSteps(mode)) step.plan(plan);
+  for (const Step& step : steps) {
+    if ((step.modes & bit(mode)) != 0) step.plan(plan);
+  }
   return plan;
 }
 

@@ -19,7 +19,7 @@ enum class Mode { soft, hard, updates, full };
 struct ModeSwitch {
   std::string_view argument;  // on the command line, to the letter
   Mode mode;
-  std::string_view nameInLog;  // the log of a run begins: Wendle Uninstaller - started in NAME mode
+  std::string_view nameInLog;
 };
 
 inline constexpr std::array<ModeSwitch, 4> modeSwitches{{{"--soft", Mode::soft, "keep applications"},
@@ -28,6 +28,7 @@ inline constexpr std::array<ModeSwitch, 4> modeSwitches{{{"--soft", Mode::soft, 
                                                          {"--full", Mode::full, "full"}}};
 
 [[nodiscard]] std::string modeSwitch(Mode mode);  // --hard
+[[nodiscard]] std::string startLine(Mode mode);   // what the log of a run begins with
 
 // The mode of the first of `arguments` that is exactly a mode switch; none when there is none. The
 // executable's path, the first element, is looked at like the others.

@@ -27,6 +27,12 @@ const PropertyList* PropertyList::find(const std::string& key) const {
   return found == dictionary->end() ? nullptr : &found->second;
 }
 
+const std::string* PropertyList::findText(std::initializer_list<const char*> keys) const {
+  const PropertyList* list = this;
+  for (const char* key : keys) list = list == nullptr ? nullptr : list->find(key);
+  return list == nullptr ? nullptr : std::get_if<std::string>(&list->value);
+}
+
 bool isEqual(const PropertyList& left, const PropertyList& right) {
   return withWholeNumbersAsIntegers(left) == withWholeNumbersAsIntegers(right);
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <initializer_list>
 #include <map>
 #include <string>
 #include <variant>
@@ -35,6 +36,9 @@ struct PropertyList {
 
   // What a dictionary holds under `key`; null when this is no dictionary or has no such key.
   [[nodiscard]] const PropertyList* find(const std::string& key) const;
+
+  // The text to which `keys` lead through dictionaries in one another; null when there is none.
+  [[nodiscard]] const std::string* findText(std::initializer_list<const char*> keys) const;
 };
 
 // Equality as Foundation's isEqual: has it [D]: numbers are equal by their values, so that 1, 1.0 and true

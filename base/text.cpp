@@ -1,5 +1,6 @@
 #include "base/text.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <utility>
@@ -84,6 +85,13 @@ std::string trimmed(std::string_view text) {
     end = text.size() - rest.size();
   }
   return std::string(text.substr(begin, end - begin));
+}
+
+bool hasForm(std::string_view text, std::string_view form) {
+  const auto fits = [](char character, char wanted) {
+    return wanted == '0' ? character >= '0' && character <= '9' : character == wanted;
+  };
+  return std::equal(text.begin(), text.end(), form.begin(), form.end(), fits);
 }
 
 std::optional<std::int64_t> parseDecimal(std::string_view text) {

@@ -22,6 +22,10 @@ void appendUtf8(std::string& text, char32_t character);
 // (the blanks of other scripts and U+0085 included) [D]. Ill-formed bytes are no white space.
 [[nodiscard]] std::string trimmed(std::string_view text);
 
+// Whether `text` is as long as `form` and has an ASCII digit where that has a 0, elsewhere the same
+// character.
+[[nodiscard]] bool hasForm(std::string_view text, std::string_view form);
+
 // Decimal text as a number: one optional `+` or `-`, then ASCII digits and nothing else; leading zeros are
 // fine. None for anything else, blanks and values beyond 64 bits included.
 [[nodiscard]] std::optional<std::int64_t> parseDecimal(std::string_view text);

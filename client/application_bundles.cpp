@@ -14,7 +14,7 @@
 namespace wendle {
 
 // The main application goes by its fixed path; the extensions lie inside the others.
-const std::vector<BundleIdentifier>& instanceBundleIdentifiers() {
+static const std::vector<BundleIdentifier>& instanceBundleIdentifiers() {
   using enum BundleIdentifier;
   static const std::vector<BundleIdentifier> identifiers{agent, launcher, updater, uninstaller, assistant};
   return identifiers;
@@ -69,9 +69,7 @@ static std::string_view exemption(const std::string& path) {
 template <typename Find>
 static void removeInstances(Find find) {
   for (const std::string& identifier : bundleIdentifierStrings(instanceBundleIdentifiers())) {
-    for (const std::string& path : find(identifier)) {
-      deleteItem(FileUrl::fileUrlWithPath(path), deleteFolderPrefix);
-    }
+    for (const std::string& path : find(identifier)) deleteItem(path, deleteFolderPrefix);
   }
 }
 
@@ -80,7 +78,7 @@ static void planInstances(const RemovalPlan& plan, Visit visit) {
   for (const std::string& identifier : bundleIdentifierStrings(instanceBundleIdentifiers())) {
     for (const std::string& path : findSpotlightPaths(identifier)) {
       // Without it a folder is no bundle any more, and Spotlight will not list it [I].
-      if (!plan.takesAlong(path + "/Contents/Info.plist"))
+      if (!plan.covers(path + "/Contents/Info.plist"))
         visit(path, "a copy of " + identifier + " that Spotlight lists");
     }
   }
@@ -101,9 +99,8 @@ std::vector<std::string> pathsInAnswer(std::string_view answer) {
 }
 
 std::vector<std::string> findSpotlightPaths(const std::string& bundleIdentifier) {
-  Task task = makePipedTask();
-  run(task, "/usr/bin/mdfind", {"kMDItemCFBundleIdentifier == " + bundleIdentifier});
-  const std::string text = std::get<std::shared_ptr<Pipe>>(task.standardOutput())->readDataToEndOfFile();
+  const std::string text =
+      runForOutput("/usr/bin/mdfind", {"kMDItemCFBundleIdentifier == " + bundleIdentifier});
   return isUtf8(text) ? pathsInAnswer(text) : std::vector<std::string>();
 }
 
@@ -116,16 +113,17 @@ bool isInBackupDatabase(const FileUrl& item) {
 }
 
 bool isInSafetyNetFolder(const FileUrl& item) {
-  return holdsOnTheWayUp(
-      item.path(), [](const std::string& folder) { return directoryExists(folder + "/_CCC SafetyNet"); });
+  return holdsOnTheWayUp(item.path(), [](const std::string& directory) {
+    return directoryExists(directory + "/_CCC SafetyNet");
+  });
 }
 
 bool isInNumberedWrpFolder(const FileUrl& item) {
   const std::string path = lowercased(item.path());
   if (path.find(".wrp") == std::string::npos) return false;
-  return holdsOnTheWayUp(path, [](const std::string& folder) {
-    const std::string extension = pathExtension(folder);
-    return extension.starts_with("wrp") && directoryExists(folder) && isWrpNumber(extension);
+  return holdsOnTheWayUp(path, [](const std::string& directory) {
+    const std::string extension = pathExtension(directory);
+    return extension.starts_with("wrp") && directoryExists(directory) && isWrpNumber(extension);
   });
 }
 

@@ -23,7 +23,7 @@ namespace wendle {
 
 // Tells copies of the client that somebody keeps on purpose. None of the tests follows or changes anything.
 
-// Whether the item lies in, or is, a folder whose name ends in ".backupdb", in any letter case.
+// Whether the item lies in, or is, a folder whose name ends in ".backupdb", ignoring case.
 [[nodiscard]] bool isInBackupDatabase(const FileUrl& item);
 
 // Whether a directory "_CCC SafetyNet" lies in the item or in a folder above it; the root folder is not

@@ -3,6 +3,7 @@
 #include "client/client_locations.h"
 #include "logging/logger.h"
 #include "platform/file_tree.h"
+#include "platform/file_url.h"
 #include "platform/files.h"
 #include "system/tasks/task_helpers.h"
 
@@ -41,7 +42,8 @@ static std::vector<std::string> findFolderContainers(const FileTree& containers)
   return containers.findDirectories([](std::string_view name) { return name.starts_with("com.wendle."); });
 }
 
-void deleteItem(const FileUrl& url, std::string_view logPrefix) {
+void deleteItem(const std::string& path, std::string_view logPrefix) {
+  const FileUrl url = FileUrl::fileUrlWithPath(path);  // before: what is gone is no directory any more
   logDeletion(removeItem(url.path()), url, logPrefix);
 }
 
@@ -64,16 +66,12 @@ void removeFolderContainers() {
 }
 
 void removeSupportFolders() {
-  for (const std::string& path : supportFolderPaths()) {
-    deleteItem(FileUrl::fileUrlWithPath(path), deleteFolderPrefix);
-  }
+  for (const std::string& path : supportFolderPaths()) deleteItem(path, deleteFolderPrefix);
 }
 
 void removeClientFolders() {
   removeSupportFolders();
-  for (const std::string& path : clientLocations().preferenceFilePaths) {
-    deleteItem(FileUrl::fileUrlWithPath(path), deleteFilePrefix);
-  }
+  for (const std::string& path : clientLocations().preferenceFilePaths) deleteItem(path, deleteFilePrefix);
 }
 
 void planLaunchAgentApps(RemovalPlan& plan, const std::vector<std::string>& names) {

@@ -5,7 +5,6 @@
 #include <vector>
 
 #include "client/removal_plan.h"
-#include "platform/file_url.h"
 
 namespace wendle {
 
@@ -15,9 +14,9 @@ namespace wendle {
 inline constexpr std::string_view deleteFolderPrefix = "Delete Folder - ";  // folders and bundles
 inline constexpr std::string_view deleteFilePrefix = "Delete File - ";  // files, and what is listed with them
 
-// Deletes the item at `url`, a directory with all its contents, as removeItem() does, and logs the prefix,
-// the URL and " - success", or the error. A missing item is such an error.
-void deleteItem(const FileUrl& url, std::string_view logPrefix);
+// Deletes the item at `path`, a directory with all its contents, as removeItem() does, and logs the prefix,
+// the item's URL and " - success", or the error. A missing item is such an error.
+void deleteItem(const std::string& path, std::string_view logPrefix);
 
 // Removes `<name>.app` from the client's own launch agents folder with /bin/rm, for each name. An absent one
 // is skipped silently; rm's exit status and output are ignored.

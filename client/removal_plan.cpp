@@ -19,7 +19,7 @@ bool PlannedItem::needsRoot() const {
 
 void RemovalPlan::addPath(const std::string& path, std::string_view why) {
   const auto isListed = [&](const PlannedItem& item) { return item.isFileItem() && item.name == path; };
-  if (takesAlong(path) || std::ranges::any_of(items_, isListed)) return;
+  if (covers(path) || std::ranges::any_of(items_, isListed)) return;
   const auto forecast = forecastRemoval(path);
   if (!forecast) return;
   add({std::string(kindName(forecast->kind)), path, std::string(why), forecast->size, forecast->obstacle});
@@ -32,12 +32,13 @@ void RemovalPlan::addProcess(const std::string& identifier, std::int64_t number,
 
 std::vector<KeptItem> RemovalPlan::kept() const {
   std::vector<KeptItem> kept = kept_;
-  std::erase_if(kept, [&](const KeptItem& item) { return takesAlong(item.path); });
+  std::erase_if(kept, [&](const KeptItem& item) { return covers(item.path); });
   return kept;
 }
 
-// Unless the other's removal does not come there, or cannot take it away: then a run tries it once more.
-bool RemovalPlan::takesAlong(const std::string& path) const {
+// An item that the removal of another one does not reach, or fails to remove, is tried again by its own step:
+// it is not covered.
+bool RemovalPlan::covers(const std::string& path) const {
   const auto isAbove = [&](const PlannedItem& item) {
     return item.isFileItem() && isReachedByRemoval(item.name, path);
   };

@@ -35,11 +35,11 @@ struct KeptItem {
 class RemovalPlan {
  public:
   // Adds the folder, file or link at `path`. Does nothing when nothing is there, and when an item of the plan
-  // takes it along.
+  // covers it.
   void addPath(const std::string& path, std::string_view why);
 
-  // Whether the items of the plan take all of what lies at `path` along; false when nothing is there.
-  [[nodiscard]] bool takesAlong(const std::string& path) const;
+  // Whether removing the items of the plan removes all of what lies at `path`; false when nothing is there.
+  [[nodiscard]] bool covers(const std::string& path) const;
 
   // Adds a running process. Does nothing when another step ends it before.
   void addProcess(const std::string& identifier, std::int64_t number, std::string_view why);
@@ -57,7 +57,7 @@ class RemovalPlan {
   void ask(std::string what) { requests_.push_back(std::move(what)); }
 
   [[nodiscard]] const std::vector<PlannedItem>& items() const { return items_; }
-  // Without those that another item takes along.
+  // Without those that an item covers.
   [[nodiscard]] std::vector<KeptItem> kept() const;
   [[nodiscard]] const std::vector<std::string>& warnings() const { return warnings_; }
   [[nodiscard]] const std::vector<std::string>& requests() const { return requests_; }

@@ -1,9 +1,9 @@
 #import "dock/AFXDockShortcutManager.h"
 
-#include "dock/dock_shortcut_manager.h"
+#include "dock/dock_shortcut.h"
 #include "platform/macos/foundation_values.h"
 
-using wendle::DockShortcutManager;
+using wendle::DockShortcutChange;
 
 static NSString* const flagKey = @"isChangingPersistenceOfShortcutInDock";
 
@@ -14,7 +14,7 @@ static std::optional<wendle::FileUrl> toFileUrl(NSURL* url) {
 }
 
 // The block outlives the call that it was given to.
-static DockShortcutManager::Completion toCompletion(void (^block)(BOOL)) {
+static std::function<void(bool)> toCompletion(void (^block)(BOOL)) {
   if (block == nil) return {};
   void (^kept)(BOOL) = [block copy];
   return [kept](bool result) { kept(result ? YES : NO); };
@@ -46,16 +46,16 @@ static DockShortcutManager::Completion toCompletion(void (^block)(BOOL)) {
 }
 
 - (BOOL)getPersistenceOfShortcutInDockFolderURL:(NSURL*)folderURL {
-  return DockShortcutManager::getPersistenceOfShortcutInDockFolderURL(toFileUrl(folderURL));
+  return wendle::getPersistenceOfShortcutInDockFolderURL(toFileUrl(folderURL));
 }
 
 // What the change holds of this object keeps it alive until the flag has fallen.
 - (void)changePersistenceOfShortcutInDockFolderURL:(NSURL*)folderURL
                                                add:(BOOL)add
                                         completion:(void (^)(BOOL result))completion {
-  using Change = DockShortcutManager::Change;
-  DockShortcutManager::changePersistenceOfShortcutInDockFolderURL(
-      toFileUrl(folderURL), add ? Change::add : Change::remove, toCompletion(completion),
+  wendle::changePersistenceOfShortcutInDockFolderURL(
+      toFileUrl(folderURL), add ? DockShortcutChange::add : DockShortcutChange::remove,
+      toCompletion(completion),
       [self](bool isChanging) { [self setIsChangingPersistenceOfShortcutInDock:isChanging ? YES : NO]; });
 }
 

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cctype>
-#include <initializer_list>
 #include <limits>
 #include <stdexcept>
 #include <string>
@@ -53,18 +52,11 @@ static bool isOneShellWord(const std::string& text) {
 }
 
 // The element at a position that counts from 1; null when the array has none there, and for what is no array.
-const PropertyList* elementAt(const PropertyList& list, std::int64_t position) {
+static const PropertyList* elementAt(const PropertyList& list, std::int64_t position) {
   const auto* array = std::get_if<PropertyListArray>(&list.value);
   if (array == nullptr || position < 1 || static_cast<std::uint64_t>(position) > array->size())
     return nullptr;
   return &array->at(static_cast<std::size_t>(position - 1));
-}
-
-static std::string textAt(const PropertyList& list, std::initializer_list<const char*> keys) {
-  const PropertyList* value = &list;
-  for (const char* key : keys) value = value == nullptr ? nullptr : value->find(key);
-  const auto* text = value == nullptr ? nullptr : std::get_if<std::string>(&value->value);
-  return text == nullptr ? "" : *text;
 }
 
 void planDockFolder(RemovalPlan& plan) {
@@ -82,9 +74,11 @@ void planDockFolder(RemovalPlan& plan) {
     return plan.warn("The Dock keeps its tiles: several match, and their positions make " + location +
                      ", where there is none; it is restarted all the same");
   }
-  const std::string label = textAt(*tile, {"tile-data", "file-label"});
+  const std::string* found = tile->findText({"tile-data", "file-label"});
+  const std::string label = found == nullptr ? "" : *found;
   plan.add({"Dock tile", label, "the client's folder in the Dock, by its position; the Dock is restarted"});
-  if (textAt(*tile, {"tile-data", "file-data", "_CFURLString"}).find("Wendle") == std::string::npos) {
+  const std::string* url = tile->findText({"tile-data", "file-data", "_CFURLString"});
+  if (url == nullptr || url->find("Wendle") == std::string::npos) {
     plan.warn("The Dock's tile " + label + " goes, though it is not the client's");
   }
 }

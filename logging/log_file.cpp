@@ -6,21 +6,14 @@
 #include <algorithm>
 #include <tuple>
 
+#include "base/text.h"
 #include "platform/directory.h"
 
 namespace wendle {
 namespace {
 
 constexpr std::string_view suffix = ".log";
-constexpr size_t timeStampLength = std::string_view("20261121T074012Z").size();
-
-bool isTimeStamp(std::string_view text) {
-  constexpr std::string_view pattern = "ddddddddTddddddZ";
-  return std::equal(text.begin(), text.end(), pattern.begin(), pattern.end(),
-                    [](char character, char wanted) {
-                      return wanted == 'd' ? character >= '0' && character <= '9' : character == wanted;
-                    });
-}
+constexpr std::string_view timeStampForm = "00000000T000000Z";
 
 bool isNumber(std::string_view text) {
   return !text.empty() && text.find_first_not_of("0123456789") == std::string_view::npos;
@@ -104,7 +97,7 @@ std::vector<std::string> LogDirectory::sortedNames() const {
         !S_ISREG(status.st_mode)) {
       continue;
     }
-    const std::string stamp = entry->name.substr(system_.size() + 1, timeStampLength);
+    const std::string stamp = entry->name.substr(system_.size() + 1, timeStampForm.size());
     files.push_back(foundFile(std::move(entry->name), stamp, status.st_mtime));
   }
   std::sort(files.begin(), files.end(), [](const auto& a, const auto& b) { return a.isNewer(b); });
@@ -130,8 +123,8 @@ bool LogDirectory::isLogFileName(std::string_view name) const {
   const std::string prefix = system_ + "-";
   if (!name.starts_with(prefix) || !name.ends_with(suffix)) return false;
   name = name.substr(prefix.size(), name.size() - prefix.size() - suffix.size());
-  return name.size() > timeStampLength && isTimeStamp(name.substr(0, timeStampLength)) &&
-         name[timeStampLength] == '-' && isNumber(name.substr(timeStampLength + 1));
+  return name.size() > timeStampForm.size() && hasForm(name.substr(0, timeStampForm.size()), timeStampForm) &&
+         name[timeStampForm.size()] == '-' && isNumber(name.substr(timeStampForm.size() + 1));
 }
 
 LogFile::LogFile(LogDirectory directory, LogTime start) : directory_(std::move(directory)), start_(start) {}

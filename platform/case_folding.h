@@ -9,7 +9,7 @@ namespace wendle {
 // UTF-8 stay as they are.
 [[nodiscard]] std::string lowercased(std::string_view text);
 
-// Whether `text` holds `searched`, letter case aside.
+// Whether `text` holds `searched`, ignoring case.
 [[nodiscard]] bool containsIgnoringCase(std::string_view text, std::string_view searched);
 
 }  // namespace wendle

@@ -41,8 +41,8 @@ class DirectoryStream {
 
 // What macOS keeps in an item's flags (chflags(2)) and removefile(3) heeds [S]; none of it concerns Linux.
 
-// The flags with which unlinkat(2) removes a directory: AT_REMOVEDIR, and another one when its contents are
-// not here but with whoever syncs them. It goes unread then, so that nothing is fetched only to be removed.
+// The flags with which unlinkat(2) removes a directory: AT_REMOVEDIR, and one more for a dataless directory,
+// whose contents are in the cloud: it is removed unread, so that nothing is fetched only to be removed.
 [[nodiscard]] int directoryRemovalFlags(const struct stat& directory);
 
 // Whether flags keep an entry, or the entries of a directory, from being removed by this process's user: the

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <chrono>
+#include <optional>
 #include <string>
 
 #include "base/unique_fd.h"
@@ -15,6 +16,9 @@ namespace wendle {
 
 // Whether a directory is at `path`, and no link to one.
 [[nodiscard]] bool isDirectoryItself(const std::string& path);
+
+// The bytes of the open file `fd` from where it stands to its end; none, and errno, when it cannot be read.
+[[nodiscard]] std::optional<std::string> readToEnd(int fd);
 
 // An exclusive advisory lock on a directory, held for the life of the object (flock(2)). It ends with the
 // process and is not inherited by a child. The constructor blocks until another holder releases the lock;

@@ -42,83 +42,84 @@ std::optional<std::chrono::sys_seconds> parseTime(const std::string& text) {
 }
 
 // "--hard", and also "hard".
-std::optional<Mode> parseMode(const std::string& word) {
-  for (const ModeSwitch& modeSwitch : modeSwitches) {
-    if (word == modeSwitch.argument || "--" + word == modeSwitch.argument) return modeSwitch.mode;
+std::optional<Mode> parseMode(const std::string& argument) {
+  for (const ModeSwitch& entry : modeSwitches) {
+    if (argument == entry.argument || "--" + argument == entry.argument) return entry.mode;
   }
   return std::nullopt;
 }
 
 class Parser {
  public:
-  explicit Parser(const std::vector<std::string>& words) : next_(words.begin()), end_(words.end()) {}
+  explicit Parser(const std::vector<std::string>& arguments)
+      : next_(arguments.begin()), end_(arguments.end()) {}
 
   CommandLine parse() {
     if (next_ != end_ && takeSubcommand(*next_)) ++next_;
-    while (next_ != end_ && line_.mistake.empty()) takeWord(*next_++);
-    if (line_.question == Question::preview && !line_.mode && line_.mistake.empty()) {
-      line_.mistake = "preview needs a mode: --soft, --hard, --updates or --full";
+    while (next_ != end_ && line_.error.empty()) takeArgument(*next_++);
+    if (line_.command == Command::preview && !line_.mode && line_.error.empty()) {
+      line_.error = "preview needs a mode: --soft, --hard, --updates or --full";
     }
-    if (line_.wantsJson && line_.wantsRootPaths) line_.mistake = "--json and --needs-root are two answers";
-    if (!line_.file.empty() && !line_.process.empty()) line_.mistake = "--process and a log are two choices";
+    if (line_.wantsJson && line_.wantsRootPaths) line_.error = "--json and --needs-root are two answers";
+    if (!line_.file.empty() && !line_.process.empty()) line_.error = "--process and a log are two choices";
     return line_;
   }
 
  private:
-  bool takeSubcommand(const std::string& word) {
-    if (word == "preview") line_.question = Question::preview;
-    if (word == "leftovers") line_.question = Question::leftovers;
-    return line_.question != Question::run || word == "run";
+  bool takeSubcommand(const std::string& argument) {
+    if (argument == "preview") line_.command = Command::preview;
+    if (argument == "leftovers") line_.command = Command::leftovers;
+    return line_.command != Command::run || argument == "run";
   }
 
-  void takeWord(const std::string& word) {
-    if (word == "--help") {
-      line_.question = Question::help;
-    } else if (word == "--version") {
-      line_.question = Question::version;
-    } else if (word == "--json") {
+  void takeArgument(const std::string& argument) {
+    if (argument == "--help") {
+      line_.command = Command::help;
+    } else if (argument == "--version") {
+      line_.command = Command::version;
+    } else if (argument == "--json") {
       line_.wantsJson = true;
-    } else if (line_.question == Question::run) {
-      takeWordOfRun(word);
-    } else if (line_.question == Question::preview) {
-      takeWordOfPreview(word);
+    } else if (line_.command == Command::run) {
+      takeRunArgument(argument);
+    } else if (line_.command == Command::preview) {
+      takePreviewArgument(argument);
     } else {
-      refuse(word);
+      refuse(argument);
     }
   }
 
-  void takeWordOfRun(const std::string& word) {
-    if (word == "--since") {
+  void takeRunArgument(const std::string& argument) {
+    if (argument == "--since") {
       line_.since = next_ != end_ ? *next_++ : "";
       line_.sinceTime = parseTime(line_.since);
-      if (!line_.sinceTime) line_.mistake = "--since needs a time, not '" + line_.since + "'";
-    } else if (word == "--process") {
+      if (!line_.sinceTime) line_.error = "--since needs a time, not '" + line_.since + "'";
+    } else if (argument == "--process") {
       line_.process = next_ != end_ ? *next_++ : "";
       const auto number = parseDecimal(line_.process);
       if (!number || std::to_string(*number) != line_.process)
-        line_.mistake = "--process needs a number, not '" + line_.process + "'";
-    } else if (word == "--recheck") {
+        line_.error = "--process needs a number, not '" + line_.process + "'";
+    } else if (argument == "--recheck") {
       line_.wantsRecheck = true;
-    } else if (word.empty() || word.starts_with("-")) {
-      refuse(word);
+    } else if (argument.empty() || argument.starts_with("-")) {
+      refuse(argument);
     } else if (!line_.file.empty()) {
-      line_.mistake = "one log at a time, please";
+      line_.error = "one log at a time, please";
     } else {
-      line_.file = word;
+      line_.file = argument;
     }
   }
 
-  void takeWordOfPreview(const std::string& word) {
-    if (word == "--needs-root") {
+  void takePreviewArgument(const std::string& argument) {
+    if (argument == "--needs-root") {
       line_.wantsRootPaths = true;
-    } else if (const auto mode = parseMode(word); mode && !line_.mode) {
+    } else if (const auto mode = parseMode(argument); mode && !line_.mode) {
       line_.mode = mode;
     } else {
-      refuse(word);
+      refuse(argument);
     }
   }
 
-  void refuse(const std::string& word) { line_.mistake = "'" + word + "' has no place there"; }
+  void refuse(const std::string& argument) { line_.error = "'" + argument + "' has no place there"; }
 
   CommandLine line_;
   std::vector<std::string>::const_iterator next_, end_;
@@ -126,6 +127,6 @@ class Parser {
 
 }  // namespace
 
-CommandLine parseCommandLine(const std::vector<std::string>& words) { return Parser(words).parse(); }
+CommandLine parseCommandLine(const std::vector<std::string>& arguments) { return Parser(arguments).parse(); }
 
 }  // namespace wendle

@@ -9,11 +9,11 @@
 
 namespace wendle {
 
-enum class Question { run, preview, leftovers, help, version };
+enum class Command { run, preview, leftovers, help, version };
 
-// What wendle-uninstall-report was asked.
+// What wendle-uninstall-report is to do.
 struct CommandLine {
-  Question question = Question::run;
+  Command command = Command::run;
   bool wantsJson = false;
   bool wantsRootPaths = false;                        // of a preview
   std::optional<Mode> mode;                           // of a preview
@@ -22,11 +22,11 @@ struct CommandLine {
   std::string process;                                // of a run: digits; empty for any
   bool wantsRecheck = false;                          // of a run
   std::string file;                                   // of a run: its log; empty for the newest
-  std::string mistake;  // what is wrong with the words, as a sentence; empty for nothing
+  std::string error;  // what is wrong with the arguments, as a sentence; empty for nothing
 };
 
-// The question in `words`, which are the arguments without the program's name.
-[[nodiscard]] CommandLine parseCommandLine(const std::vector<std::string>& words);
+// The command line in `arguments`, which are those without the program's name.
+[[nodiscard]] CommandLine parseCommandLine(const std::vector<std::string>& arguments);
 
 // What --help prints.
 extern const char* const reportUsage;

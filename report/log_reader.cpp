@@ -4,14 +4,9 @@
 #include <array>
 #include <charconv>
 
-namespace wendle {
+#include "base/text.h"
 
-static bool hasForm(std::string_view text, std::string_view form) {
-  const auto fits = [](char character, char wanted) {
-    return wanted == '0' ? character >= '0' && character <= '9' : character == wanted;
-  };
-  return std::equal(text.begin(), text.end(), form.begin(), form.end(), fits);
-}
+namespace wendle {
 
 static int numberAt(std::string_view text, size_t position, size_t length) {
   int number = 0;

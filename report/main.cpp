@@ -4,7 +4,6 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <array>
 #include <csignal>
 #include <cstdio>
 #include <stdexcept>
@@ -14,26 +13,27 @@
 #include "base/unique_fd.h"
 #include "client/client_locations.h"
 #include "logging/logger_configurator.h"
+#include "platform/files.h"
 #include "report/command_line.h"
 #include "report/plan_rendering.h"
 #include "report/run_report.h"
 
 namespace wendle {
 
-constexpr int good = 0;
-constexpr int bad = 1;
-constexpr int noReport = 2;
+constexpr int exitClean = 0;
+constexpr int exitFindings = 1;
+constexpr int exitError = 2;
 
-static int complain(const std::string& sentence) {
+static int fail(const std::string& sentence) {
   const std::string line = "wendle-uninstall-report: " + escapedText(sentence) + ".\n";
   std::fwrite(line.data(), 1, line.size(), stderr);
-  return noReport;
+  return exitError;
 }
 
 static int print(const std::string& text, int status) {
   const bool isWritten = std::fwrite(text.data(), 1, text.size(), stdout) == text.size();
   if (isWritten && std::fflush(stdout) == 0) return status;
-  return complain("cannot write the report: " + posixError(errno).description);
+  return fail("cannot write the report: " + posixError(errno).description);
 }
 
 // Of the process, if one is named; empty when there is none.
@@ -43,18 +43,6 @@ static std::string newestLog(const std::string& process) {
     if (process.empty() || file.path().ends_with("-" + process + ".log")) return file.path();
   }
   return {};
-}
-
-// What is left to be read; none, and errno, when that fails.
-static std::optional<std::string> contents(int file) {
-  std::string text;
-  std::array<char, 64 * 1024> buffer{};
-  for (;;) {
-    const auto count = retryOnInterrupt([&] { return ::read(file, buffer.data(), buffer.size()); });
-    if (count < 0) return std::nullopt;
-    if (count == 0) return text;
-    text.append(buffer.data(), static_cast<size_t>(count));
-  }
 }
 
 // The number itself for a user without a name.
@@ -81,23 +69,23 @@ static std::string whyNotAskedAbout(const RunReport& read, const CommandLine& li
 static int reportRun(CommandLine line) {
   if (line.file.empty()) line.file = newestLog(line.process);
   const std::string whose = line.process.empty() ? "the uninstaller" : "process " + line.process;
-  if (line.file.empty()) return complain("this user has no log of " + whose);
+  if (line.file.empty()) return fail("this user has no log of " + whose);
   const UniqueFd file(::open(line.file.c_str(), O_RDONLY | O_CLOEXEC));
-  if (!file.isOpen()) return complain("cannot open " + line.file + ": " + posixError(errno).description);
-  const auto text = contents(file.get());
-  if (!text) return complain("cannot read " + line.file + ": " + posixError(errno).description);
+  if (!file.isOpen()) return fail("cannot open " + line.file + ": " + posixError(errno).description);
+  const auto text = readToEnd(file.get());
+  if (!text) return fail("cannot read " + line.file + ": " + posixError(errno).description);
   const auto log = parseLog(*text);
   auto read = log ? makeReport(*log) : std::nullopt;
-  if (!read) return complain(line.file + " is no log of the uninstaller");
-  if (const auto why = whyNotAskedAbout(*read, line); !why.empty()) return complain(line.file + why);
+  if (!read) return fail(line.file + " is no log of the uninstaller");
+  if (const auto why = whyNotAskedAbout(*read, line); !why.empty()) return fail(line.file + why);
   if (line.wantsRecheck) recheck(*read);
-  const int status = read->isGood() ? good : bad;
+  const int status = read->isGood() ? exitClean : exitFindings;
   return print(line.wantsJson ? asJson(*read, {line.file, ownerName(file.get())}) : asText(*read), status);
 }
 
 static int preview(const CommandLine& line) {
   const RemovalPlan plan = planMode(*line.mode);
-  const int status = plan.items().empty() ? good : bad;
+  const int status = plan.items().empty() ? exitClean : exitFindings;
   if (line.wantsRootPaths) return print(rootPaths(plan), status);
   const PlanContext context{modeSwitch(*line.mode), userName(::geteuid())};
   return print(line.wantsJson ? previewJson(plan, context) : previewText(plan, context), status);
@@ -109,31 +97,31 @@ static int reportLeftovers(const CommandLine& line) {
   const auto traces = findClientTraces();
   const std::string user = userName(::geteuid());
   return print(line.wantsJson ? leftoversJson(plan, traces, user) : leftoversText(plan, traces),
-               plan.items().empty() ? good : bad);
+               plan.items().empty() ? exitClean : exitFindings);
 }
 
-static int answer(const CommandLine& line) {
-  if (!line.mistake.empty()) return complain(line.mistake + "; --help tells what there is");
-  switch (line.question) {
-    case Question::run:
+static int execute(const CommandLine& line) {
+  if (!line.error.empty()) return fail(line.error + "; --help tells what there is");
+  switch (line.command) {
+    case Command::run:
       return reportRun(line);
-    case Question::preview:
+    case Command::preview:
       return preview(line);
-    case Question::leftovers:
+    case Command::leftovers:
       return reportLeftovers(line);
-    case Question::help:
-      return print(reportUsage, good);
-    case Question::version:
-      return print(UNINSTALLER_VERSION "\n", good);
+    case Command::help:
+      return print(reportUsage, exitClean);
+    case Command::version:
+      return print(UNINSTALLER_VERSION "\n", exitClean);
   }
-  return noReport;
+  return exitError;
 }
 }  // namespace wendle
 
-int main(int count, char** words) try {
+int main(int argc, char** argv) try {
   using namespace wendle;
   std::signal(SIGCHLD, SIG_DFL);  // who ignores it is not told how a tool ended
-  return answer(parseCommandLine({words + 1, words + count}));
+  return execute(parseCommandLine({argv + 1, argv + argc}));
 } catch (const std::exception& failure) {
-  return wendle::complain(failure.what());
+  return wendle::fail(failure.what());
 }

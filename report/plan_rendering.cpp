@@ -49,7 +49,7 @@ static std::string itemsText(const RemovalPlan& plan) {
   return text;
 }
 
-static std::string section(const std::string& heading, const std::vector<std::string>& lines) {
+static std::string sectionUnlessEmpty(const std::string& heading, const std::vector<std::string>& lines) {
   if (lines.empty()) return "";
   std::string text = heading + ":\n";
   for (const std::string& line : lines) text += "  " + escapedText(line) + "\n";
@@ -81,8 +81,9 @@ std::string previewText(const RemovalPlan& plan, const PlanContext& context) {
   std::string text = context.modeSwitch + " would take away, in this order:\n" + itemsText(plan);
   std::vector<std::string> kept;
   for (const KeptItem& item : plan.kept()) kept.push_back(item.path + "  (" + item.because + ")");
-  text += section("It would keep", kept) + section("It would ask for, whatever there is", plan.requests());
-  text += section("Beware", plan.warnings());
+  text += sectionUnlessEmpty("It would keep", kept) +
+          sectionUnlessEmpty("It would ask for, whatever there is", plan.requests());
+  text += sectionUnlessEmpty("Beware", plan.warnings());
   return text + context.modeSwitch + ": " + sumText(plan) + ". Nothing was changed.\n";
 }
 
@@ -101,7 +102,7 @@ std::string previewJson(const RemovalPlan& plan, const PlanContext& context) {
 std::string leftoversText(const RemovalPlan& plan, const std::vector<std::string>& traces) {
   std::string text =
       plan.items().empty() ? "" : "Still there, of what the modes take away:\n" + itemsText(plan);
-  text += section("No mode ever takes away", traces);
+  text += sectionUnlessEmpty("No mode ever takes away", traces);
   return text + "Left: " + sumText(plan) + "; " + counted(traces.size(), "trace") +
          " that no mode takes away.\n";
 }

@@ -13,7 +13,7 @@ static std::string secondsText(std::chrono::milliseconds duration) {
   return text.data();
 }
 
-static std::string section(const std::string& heading, const std::vector<std::string>& lines) {
+static std::string countedSection(const std::string& heading, const std::vector<std::string>& lines) {
   std::string text = heading + ": " + (lines.empty() ? "nothing" : std::to_string(lines.size())) + "\n";
   for (const std::string& line : lines) text += "  " + escapedText(line) + "\n";
   return text;
@@ -32,14 +32,14 @@ std::string asSentence(const RunReport& report) {
 
 std::string asText(const RunReport& report) {
   std::string text = report.mode + ", started " + utcText(report.start) + "\n";
-  text += section("Removed", report.removed);
-  text += section("Not there", report.notThere);
-  text += section("Tools that ran to their end", report.toolsRun);
+  text += countedSection("Removed", report.removed);
+  text += countedSection("Not there", report.notThere);
+  text += countedSection("Tools that ran to their end", report.toolsRun);
   std::vector<std::string> failures;
   for (const auto& [item, cause] : report.failed)
     failures.push_back(cause.empty() ? item : item + ": " + cause);
-  text += section("Failed", failures);
-  if (report.removedLater) text += section("Removed later", *report.removedLater);
+  text += countedSection("Failed", failures);
+  if (report.removedLater) text += countedSection("Removed later", *report.removedLater);
   return text + asSentence(report) + "\n";
 }
 

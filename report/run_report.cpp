@@ -10,6 +10,7 @@
 
 #include "app/modes.h"
 #include "client/client_locations.h"
+#include "client/client_removal.h"
 #include "platform/file_url.h"
 
 namespace wendle {
@@ -27,16 +28,15 @@ std::optional<std::string> between(std::string_view text, std::string_view prefi
 
 // None when the line is not the first of a run.
 std::optional<Mode> startedMode(const LogRecord& first) {
-  const auto name = between(first.text, "Wendle Uninstaller - started in ", " mode");
   for (const ModeSwitch& entry : modeSwitches) {
-    if (name == entry.nameInLog) return entry.mode;
+    if (first.text == startLine(entry.mode)) return entry.mode;
   }
   return std::nullopt;
 }
 
 // The item of a line of the deleting steps: "Delete Folder - ITEM" and its siblings.
 std::optional<std::string> deletedItem(std::string_view text, std::string_view suffix) {
-  for (const std::string_view prefix : {"Delete Folder - ", "Delete File - "}) {
+  for (const std::string_view prefix : {deleteFolderPrefix, deleteFilePrefix}) {
     if (auto item = between(text, prefix, suffix)) return item;
   }
   if (auto item = between(text, "Delete Keychain Item - ", suffix)) return "keychain item " + *item;
@@ -54,8 +54,8 @@ std::optional<std::string> toolRun(std::string_view text) {
   return std::nullopt;
 }
 
-// What was removed, to be asked whether it holds an item. None of it lies in another of it, so the one that
-// may hold an item is the last that does not stand behind it, however many there are.
+// The removed items. None is kept that lies in another one, so only an item's predecessor in the sort order
+// can contain it: one lookup, however many there are.
 class RemovedItems {
  public:
   void add(const std::string& item) {
@@ -121,8 +121,8 @@ class Reader {
   RemovedItems removed_;
 };
 
-// Whether `line` tells how the deletion of a file went that has the last two names of `path`: the log may be
-// another user's, whose files lie elsewhere.
+// Whether `line` reports the deletion of a file whose path ends in the last two components of `path`: the log
+// may be another user's, with another home directory.
 bool isDeletionOf(const std::string& path, std::string_view line) {
   const std::string_view message = line.substr(0, line.find(": Error Domain="));
   const auto item = deletedItem(message, message.ends_with(success) ? success : "");

@@ -9,15 +9,13 @@
 namespace wendle::mac {
 namespace {
 
-using Strings = std::vector<std::string>;
-
 constexpr const char* table =
 #include "simulated_mac/client_items.inc"
     ;
 
 // The columns of a line of the table; none of a comment.
-Strings splitColumns(std::string line) {
-  Strings columns;
+std::vector<std::string> splitColumns(std::string line) {
+  std::vector<std::string> columns;
   while (!line.empty() && line[0] != '#') {
     columns.push_back(line.substr(0, line.find("  ")));
     line.erase(0, std::min(line.size(), line.find_first_not_of(' ', columns.back().size())));
@@ -35,9 +33,10 @@ std::string replaced(const std::string& text, char mark, const std::string& with
 void appendMembers(std::vector<Item>& items, const Item& item) {
   const bool isSearched = item.place.find('*') != std::string::npos;
   const bool isFamily = isSearched || item.place.find('+') != std::string::npos;
-  Strings names = {"Agent", "Launcher", "Updater", "Assistant"};
+  std::vector<std::string> names{""};
+  if (isFamily) names = {"Agent", "Launcher", "Updater", "Assistant"};
   if (isSearched) names.push_back("Uninstaller");
-  for (const std::string& name : isFamily ? names : Strings{""}) {
+  for (const std::string& name : names) {
     Item& member = items.emplace_back(item);
     if (isFamily) member.family = replaced(item.place, '+', "*");
     member.place = replaced(replaced(item.place, '*', name), '+', name);
@@ -50,7 +49,7 @@ std::vector<Item> readTable() {
   std::istringstream lines(table);
   for (std::string line; std::getline(lines, line);) {
     line = replaced(replaced(line, '~', home), '@', "com.wendle.DesktopClient");
-    const Strings columns = splitColumns(line);
+    const std::vector<std::string> columns = splitColumns(line);
     if (columns.size() != 5) continue;
     appendMembers(items, {columns[0], columns[2], columns[3], columns[4], "", columns[1]});
   }

@@ -31,9 +31,7 @@ static std::string jobLabel(const std::string& agentPath) {
 // The process of a job; none when launchd knows no such job, or when it does not run. Source: launchctl(1),
 // `list`, which prints a dictionary with a line `"PID" = 123;`.
 static std::optional<std::int64_t> jobProcess(const std::string& label) {
-  Task task = makePipedTask();
-  run(task, "/bin/launchctl", {"list", label});
-  const std::string job = std::get<std::shared_ptr<Pipe>>(task.standardOutput())->readDataToEndOfFile();
+  const std::string job = runForOutput("/bin/launchctl", {"list", label});
   const std::string key = "\"PID\" = ";
   const size_t start = job.find(key);
   if (start == std::string::npos) return std::nullopt;
@@ -47,7 +45,7 @@ void unloadLaunchAgents() {
       if (!fileExists(path)) continue;
       unloadLaunchAgent(path);
       removeLaunchAgent(path);
-      deleteItem(FileUrl::fileUrlWithPath(path), deleteFilePrefix);
+      deleteItem(path, deleteFilePrefix);
     }
   });
 }

@@ -1,14 +1,13 @@
 #include "platform/preferences.h"
 
 #include <fcntl.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cstdio>
+#include <cstdlib>
 
 #include "base/unique_fd.h"
 #include "platform/files.h"
-#include "platform/linux/file_content.h"
 #include "platform/linux/property_list_file.h"
 #include "platform/process_environment.h"
 
@@ -21,7 +20,8 @@ static std::string domainPath(const std::string& domain) {
 // An absent domain is an empty one; none for a file that cannot be read.
 static std::optional<PropertyListFile> readDomain(const std::string& path) {
   if (!fileExists(path)) return PropertyListFile{{PropertyListDictionary()}, PropertyListFormat::binary};
-  return parsePropertyList(fileContent(path));
+  const auto content = readToEnd(UniqueFd(::open(path.c_str(), O_RDONLY | O_CLOEXEC)).get());
+  return content ? parsePropertyList(*content) : std::nullopt;
 }
 
 // Readers see the old file or the new one, never a part of it.

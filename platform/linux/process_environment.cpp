@@ -1,5 +1,6 @@
 #include "platform/process_environment.h"
 
+#include <fcntl.h>
 #include <pwd.h>
 #include <sys/random.h>
 #include <unistd.h>
@@ -9,14 +10,15 @@
 #include <cstdlib>
 #include <system_error>
 
-#include "platform/linux/file_content.h"
+#include "platform/files.h"
 
 namespace wendle {
 
 const std::vector<std::string>& processArguments() {
   static const std::vector<std::string> arguments = [] {
     std::vector<std::string> read;
-    const std::string commandLine = fileContent("/proc/self/cmdline");
+    const UniqueFd file(::open("/proc/self/cmdline", O_RDONLY | O_CLOEXEC));
+    const std::string commandLine = readToEnd(file.get()).value_or("");
     for (size_t start = 0; start < commandLine.size(); start += read.back().size() + 1) {
       read.emplace_back(&commandLine[start]);  // a zero byte ends each
     }

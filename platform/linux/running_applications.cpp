@@ -9,7 +9,7 @@
 
 #include "base/text.h"
 #include "platform/directory.h"
-#include "platform/linux/file_content.h"
+#include "platform/files.h"
 
 namespace wendle {
 
@@ -17,7 +17,7 @@ namespace wendle {
 constexpr std::string_view identifierVariable = "__CFBundleIdentifier=";
 
 // The environment of a process of this user: each entry between two zero bytes. Empty for another's. The
-// directory has the process's owner; the files in it are the superuser's where it may not be looked into
+// directory belongs to the process's owner; the files in it belong to root while the process is not dumpable
 // (proc(5)).
 static std::string readEnvironment(int processTable, const std::string& process) {
   const UniqueFd directory(::openat(processTable, process.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
@@ -25,7 +25,7 @@ static std::string readEnvironment(int processTable, const std::string& process)
   if (::fstat(directory.get(), &status) != 0 || status.st_uid != ::geteuid()) return {};
   const UniqueFd file(::openat(directory.get(), "environ", O_RDONLY | O_CLOEXEC));
   std::string environment(1, '\0');
-  return environment.append(fileContent(file));
+  return environment.append(readToEnd(file.get()).value_or(""));
 }
 
 struct RunningApplication::Handle {

@@ -4,6 +4,7 @@
 #include <sys/file.h>
 #include <sys/stat.h>
 
+#include <array>
 #include <cerrno>
 #include <thread>
 
@@ -22,6 +23,17 @@ bool directoryExists(const std::string& path) {
 bool isDirectoryItself(const std::string& path) {
   struct stat status {};
   return ::lstat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
+}
+
+std::optional<std::string> readToEnd(int fd) {
+  std::string content;
+  std::array<char, 64 * 1024> buffer;  // NOLINT(*-member-init): read(2) fills what is used of it
+  for (;;) {
+    const ssize_t count = retryOnInterrupt([&] { return ::read(fd, buffer.data(), buffer.size()); });
+    if (count < 0) return std::nullopt;
+    if (count == 0) return content;
+    content.append(buffer.data(), static_cast<size_t>(count));
+  }
 }
 
 DirectoryLock::DirectoryLock(const std::string& path, std::chrono::milliseconds timeout)

@@ -19,7 +19,7 @@ ItemKind toItemKind(const struct stat& status) {
 }
 
 // A directory, and what stands against taking entries out of it.
-struct Container {
+struct VisitedDirectory {
   std::string path;
   struct stat status {};
   int refusal = 0;  // an errno value: no entry at all can be taken out
@@ -28,7 +28,7 @@ struct Container {
 
 // unlink(2): the directory must be writable and searchable, and what another volume is mounted on is busy; in
 // a sticky directory, such as /tmp, only root and the owners of entry and directory may take the entry out.
-int unlinkRefusal(const Container& directory, const struct stat& entry) {
+int unlinkRefusal(const VisitedDirectory& directory, const struct stat& entry) {
   if (directory.refusal != 0) return directory.refusal;
   if (entry.st_dev != directory.status.st_dev) return EBUSY;
   if (flagsForbidRemoval(entry) || flagsForbidRemoval(directory.status)) return EPERM;
@@ -38,8 +38,8 @@ int unlinkRefusal(const Container& directory, const struct stat& entry) {
   return isSticky && !mayTake ? EPERM : 0;
 }
 
-Container openedContainer(std::string path, int fd, const char* name) {
-  Container directory;
+VisitedDirectory visitedDirectory(std::string path, int fd, const char* name) {
+  VisitedDirectory directory;
   directory.path = std::move(path);
   if (::fstatat(fd, name, &directory.status, 0) != 0) directory.refusal = errno;
   if (::faccessat(fd, name, W_OK | X_OK, AT_EACCESS) != 0) directory.refusal = errno;
@@ -50,7 +50,7 @@ class Forecast {
  public:
   explicit Forecast(const std::string& path) {
     const std::string parent = deletingLastPathComponent(path);
-    directories_.push_back(openedContainer(parent == "/" ? "" : parent, AT_FDCWD, parent.c_str()));
+    directories_.push_back(visitedDirectory(parent == "/" ? "" : parent, AT_FDCWD, parent.c_str()));
   }
 
   std::optional<RemovalForecast> run(const std::string& path) {
@@ -75,7 +75,7 @@ class Forecast {
     return RemovalForecast{ItemKind::unknown, 0, RemovalObstacle{posixError(failure), path}};
   }
 
-  Container& current() { return directories_.back(); }
+  VisitedDirectory& current() { return directories_.back(); }
 
   void visitEntry(const std::string& name) {
     struct stat entry {};
@@ -92,11 +92,11 @@ class Forecast {
     if (!S_ISDIR(entry.st_mode) || !isRead) return takeOut(path, entry);
     if (entry.st_dev != device_) return keep(path, posixError(EBUSY));  // also when it cannot be opened
     if (const Status entered = cursor_.enter(name); !entered.ok()) return keep(path, entered.error());
-    directories_.push_back(openedContainer(path, cursor_.fd(), "."));
+    directories_.push_back(visitedDirectory(path, cursor_.fd(), "."));
   }
 
   void leaveDirectory() {
-    const Container left = std::move(directories_.back());
+    const VisitedDirectory left = std::move(directories_.back());
     directories_.pop_back();
     if (const Status read = cursor_.readStatus(); !read.ok()) keep(left.path, read.error());
     if (const Status parent = cursor_.leave(); !parent.ok()) keep(left.path, parent.error());
@@ -115,7 +115,7 @@ class Forecast {
   }
 
   TreeCursor cursor_{AT_FDCWD};
-  std::vector<Container> directories_;  // the item's parent, and one for each level of the cursor
+  std::vector<VisitedDirectory> directories_;  // the item's parent, and one for each level of the cursor
   dev_t device_ = 0;
   RemovalForecast result_;
 };

@@ -28,6 +28,12 @@ void run(Task& task, const std::string& executable, const std::vector<std::strin
   task.waitUntilExit();
 }
 
+std::string runForOutput(const std::string& executable, const std::vector<std::string>& arguments) {
+  Task task = makePipedTask();
+  run(task, executable, arguments);
+  return std::get<std::shared_ptr<Pipe>>(task.standardOutput())->readDataToEndOfFile();
+}
+
 std::string runCommand(const std::string& command) {
   const auto output = makePipe(maxCommandOutput);
   Task task;

@@ -19,6 +19,10 @@ Status runAndReturnError(Task& task, const std::string& executable,
 // The same for where such an error has no place in the log: throws LaunchException.
 void run(Task& task, const std::string& executable, const std::vector<std::string>& arguments);
 
+// The same with a piped task of its own: returns all that the program wrote on standard output, as it came.
+[[nodiscard]] std::string runForOutput(const std::string& executable,
+                                       const std::vector<std::string>& arguments);
+
 // Runs one command line through /bin/zsh with no input and returns everything it wrote on standard output and
 // standard error, as it came, untrimmed; beyond 16 MiB it is thrown away. Blocks until the last holder of its
 // output has closed it, a grandchild included. A command that fails goes unnoticed: its text is the result.

@@ -12,28 +12,28 @@
 
 namespace wendle {
 
-// A tree of folders inside one another, and beside it a bystander with entries of the same names. The folders
-// of the tree change places with links to the bystander that lie in the bystander: so a step through such a
-// link leads there, and so does the way up from a folder that was moved.
+// A tree of directories inside one another, and beside it a bystander with entries of the same names. The
+// directories of the tree change places with links to the bystander that lie in the bystander: so a step
+// through such a link leads there, and so does the way up from a directory that was moved.
 class Arena {
  public:
   Arena() : bystander_(::open(temp_.directory("bystander").c_str(), O_RDONLY | O_CLOEXEC)) {
     for (const std::string entry : bystanderEntries) temp_.file("bystander/" + entry);
-    std::string folder = "tree";
-    for (size_t i = 0; i < depth; ++i, folder += "/in") {
-      for (const char* entry : {"/1", "/in/2", "/2"}) temp_.file(folder + entry);
+    std::string directory = "tree";
+    for (size_t i = 0; i < depth; ++i, directory += "/in") {
+      for (const char* entry : {"/1", "/in/2", "/2"}) temp_.file(directory + entry);
       temp_.link("bystander/" + std::to_string(100 + i), temp_ / "bystander");
-      folders_.emplace_back(::open((temp_ / folder).c_str(), O_RDONLY | O_CLOEXEC));
+      directories_.emplace_back(::open((temp_ / directory).c_str(), O_RDONLY | O_CLOEXEC));
     }
   }
 
   std::string tree() const { return temp_ / "tree"; }
 
-  // Any folder with its link, or the one that has changed places back: 1. When it is removed already: 0.
+  // Any directory with its link, or the one that has changed places back: 1. When it is removed already: 0.
   int swapOne() {
     if (isSwapped_ = !isSwapped_; isSwapped_) chosen_ = random_() % depth;
     const std::string link = std::to_string(100 + chosen_);
-    return exchange(folders_[chosen_].get(), "in", bystander_.get(), link.c_str()) ? 1 : 0;
+    return exchange(directories_[chosen_].get(), "in", bystander_.get(), link.c_str()) ? 1 : 0;
   }
 
   auto lostEntries() const {
@@ -47,7 +47,7 @@ class Arena {
 
   TempDirectory temp_;
   UniqueFd bystander_;
-  std::vector<UniqueFd> folders_;
+  std::vector<UniqueFd> directories_;
   bool isSwapped_ = false;
   size_t chosen_ = 0;
   static inline std::minstd_rand random_;
@@ -56,10 +56,10 @@ class Arena {
 // The control: looks, lists and removes by path, as it is mostly done.
 static void removeByPath(const std::string& path) {
   std::error_code ignored;
-  const bool isFolder = is_directory(std::filesystem::symlink_status(path, ignored));
-  std::filesystem::directory_iterator entry(isFolder ? path : "", ignored);
+  const bool isDirectory = is_directory(std::filesystem::symlink_status(path, ignored));
+  std::filesystem::directory_iterator entry(isDirectory ? path : "", ignored);
   for (; entry != end(entry); entry.increment(ignored)) removeByPath(entry->path());
-  ::unlinkat(AT_FDCWD, path.c_str(), isFolder ? AT_REMOVEDIR : 0);
+  ::unlinkat(AT_FDCWD, path.c_str(), isDirectory ? AT_REMOVEDIR : 0);
 }
 
 static void removeByDescriptor(const std::string& path) { (void)removeItem(path); }

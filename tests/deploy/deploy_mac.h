@@ -14,7 +14,7 @@ inline void addExecutable(mac::SimulatedMac& mac, const std::string& path, const
 
 // All files of deploy/.
 inline void installTools(mac::SimulatedMac& mac) {
-  for (const auto& file : std::filesystem::directory_iterator(DEPLOY_FOLDER))
+  for (const auto& file : std::filesystem::directory_iterator(DEPLOY_DIRECTORY))
     addExecutable(mac, tools + file.path().filename().string(), mac::readFile(file.path()));
 }
 

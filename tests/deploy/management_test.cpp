@@ -51,7 +51,8 @@ std::string reportThatExits(int status) { return "#!/bin/sh\nexit " + std::to_st
 TEST(MunkiTest, UninstallsUntilNothingIsKnownToBeLeft) {
   SimulatedMac mac = SimulatedMac::scratch();
   installTools(mac);
-  const mac::Plist info = mac::parsePlist(mac::readFile(std::string(DEPLOY_FOLDER) + "/munki-pkginfo.plist"));
+  const mac::Plist info =
+      mac::parsePlist(mac::readFile(std::string(DEPLOY_DIRECTORY) + "/munki-pkginfo.plist"));
   ASSERT_NE(info, nullptr);
   for (const char* script : {"uninstallcheck_script", "uninstall_script", "installcheck_script"})
     addExecutable(mac, std::string("/") + script, mac::toText(info.get(), script));

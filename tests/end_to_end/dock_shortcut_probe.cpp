@@ -1,62 +1,55 @@
-// A program that uses the Dock shortcut manager, for a session on the simulated Mac:
+// A program that changes the Dock's tiles of a folder, for a session on the simulated Mac:
 //   dock_shortcut_probe [has FOLDER | add FOLDER | remove FOLDER | add-and-wait FOLDER]...
-// It prints what the manager answers and how its flag moves, a line each.
+// It prints what it is answered and how the flag is set, a line each.
 #include <chrono>
 #include <iostream>
 #include <semaphore>
 #include <string_view>
 
-#include "dock/dock_shortcut_manager.h"
+#include "dock/dock_shortcut.h"
 #include "platform/queues.h"
 
 namespace {
 
-using wendle::DockShortcutManager;
+using wendle::DockShortcutChange;
 using wendle::FileUrl;
 
-double secondsSince(std::chrono::steady_clock::time_point start) {
-  return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+bool flag = false;
+std::counting_semaphore<> falls(0);  // of the flag
+
+void setFlag(bool isChanging) {
+  flag = isChanging;
+  std::cout << "flag " << flag << "\n";
+  if (!flag) falls.release();
 }
 
-// One for each fall of the flag that the observer was told of.
-std::counting_semaphore<> falls(0);
-
-void tellOfFlag() {
-  const bool isChanging = DockShortcutManager::sharedInstance().isChangingPersistenceOfShortcutInDock();
-  std::cout << "flag " << isChanging << "\n";
-  if (!isChanging) falls.release();
-}
-
-void changeAndWait(const FileUrl& folder, DockShortcutManager::Change change) {
-  DockShortcutManager::sharedInstance().changePersistenceOfShortcutInDockFolderURL(folder, change, {});
+void changeAndWait(const FileUrl& folder, DockShortcutChange change) {
+  changePersistenceOfShortcutInDockFolderURL(folder, change, {}, setFlag);
   falls.acquire();
 }
 
 void changeWithCompletion(const FileUrl& folder) {
-  DockShortcutManager& manager = DockShortcutManager::sharedInstance();
   const auto start = std::chrono::steady_clock::now();
   bool isDone = false;
-  manager.changePersistenceOfShortcutInDockFolderURL(
-      folder, DockShortcutManager::Change::add, [&](bool result) {
-        isDone = true;
-        std::cout << "completion " << result << ", flag " << manager.isChangingPersistenceOfShortcutInDock()
-                  << (secondsSince(start) > 7 ? ", in time" : ", too early") << "\n";
-      });
+  const auto complete = [&](bool result) {
+    isDone = true;
+    const bool isInTime = std::chrono::steady_clock::now() - start > std::chrono::seconds(7);
+    std::cout << "completion " << result << ", flag " << flag << (isInTime ? ", in time" : ", too early")
+              << "\n";
+  };
+  changePersistenceOfShortcutInDockFolderURL(folder, DockShortcutChange::add, complete, setFlag);
   wendle::serveMainQueueUntil([&] { return isDone; });
-  falls.acquire();
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-  DockShortcutManager& manager = DockShortcutManager::sharedInstance();
-  manager.observeFlag(tellOfFlag);
   for (int i = 1; i + 1 < argc; i += 2) {
     const std::string_view verb = argv[i];
     const FileUrl folder = FileUrl::fileUrlWithPath(argv[i + 1]);
-    if (verb == "has") std::cout << "has " << manager.getPersistenceOfShortcutInDockFolderURL(folder) << "\n";
-    if (verb == "add") changeAndWait(folder, DockShortcutManager::Change::add);
-    if (verb == "remove") changeAndWait(folder, DockShortcutManager::Change::remove);
+    if (verb == "has") std::cout << "has " << getPersistenceOfShortcutInDockFolderURL(folder) << "\n";
+    if (verb == "add") changeAndWait(folder, DockShortcutChange::add);
+    if (verb == "remove") changeAndWait(folder, DockShortcutChange::remove);
     if (verb == "add-and-wait") changeWithCompletion(folder);
   }
   return 0;

@@ -6,13 +6,10 @@
 #include <map>
 #include <regex>
 
-#include "simulated_mac/client_fixture.h"
-#include "support/run_result.h"
+#include "support/clean_run.h"
 
 namespace wendle::test {
 namespace {
-
-const Lines modes = {"updates", "soft", "hard", "full"};  // the order of the columns
 
 Lines splitCells(const std::string& row) {
   static const std::regex separator(R"( *\| *)");

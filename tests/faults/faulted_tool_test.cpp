@@ -76,7 +76,7 @@ Lines missing(const Lines& lines, const Lines& other, const std::string& mark) {
 
 class FaultedToolTest : public testing::TestWithParam<std::tuple<std::string, Misbehaviour>> {
  protected:
-  RunResult runDisturbed(std::size_t at) {
+  RunResult runFaulted(std::size_t at) {
     mac::SimulatedMac mac = mac::SimulatedMac::scratch();
     mac::installClient(mac);
     mac::Fault fault = faultAt(clean_.seen.tools, at, misbehaviour_.fault);
@@ -135,14 +135,14 @@ class FaultedToolTest : public testing::TestWithParam<std::tuple<std::string, Mi
 };
 
 TEST_P(FaultedToolTest, ChangesOnlyWhatNeedsItsWork) {
-  const std::vector<std::size_t> samples = clean_.runsToDisturb(false);
+  const std::vector<std::size_t> samples = clean_.runsToFault(false);
   Lines changes;
-  for (const std::size_t at : clean_.runsToDisturb(misbehaviour_.isThorough)) {
+  for (const std::size_t at : clean_.runsToFault(misbehaviour_.isThorough)) {
     const std::string command = commandText(clean_.seen.tools[at]);
     // rm alone has the launcher's input, which does not end.
     if (misbehaviour_.fault.kind == FaultKind::readsInput && command.starts_with("/bin/rm")) continue;
     SCOPED_TRACE("run " + std::to_string(at) + ": " + command);
-    const RunResult seen = runDisturbed(at);
+    const RunResult seen = runFaulted(at);
     expectSequence(seen, at);
     expectSilence(seen);
     if (HasFailure()) return;

@@ -22,7 +22,7 @@ CleanRun cleanRun(const std::string& mode) {
   return {mode, before, mac.snapshot(), seen};
 }
 
-std::vector<std::size_t> CleanRun::runsToDisturb(bool isThorough) const {
+std::vector<std::size_t> CleanRun::runsToFault(bool isThorough) const {
   std::set<std::string> uses;
   std::vector<std::size_t> places;
   for (std::size_t at = seen.tools.size(); at-- > 0;) {

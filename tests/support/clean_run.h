@@ -7,15 +7,15 @@ namespace wendle::test {
 
 inline const Lines modes{"updates", "soft", "hard", "full"};
 
-// One undisturbed run of a mode on an installed client.
+// One run without faults of a mode on an installed client.
 struct CleanRun {
   std::string mode;
   mac::Snapshot before, after;
   RunResult seen;
 
-  // The places in `seen.tools` at which to disturb it: all of them, or only the last for each use of a tool,
+  // The places in `seen.tools` at which to set a fault: all of them, or only the last for each use of a tool,
   // such as launchctl's unload. Where a run is slow it is always the latter.
-  [[nodiscard]] std::vector<std::size_t> runsToDisturb(bool isThorough) const;
+  [[nodiscard]] std::vector<std::size_t> runsToFault(bool isThorough) const;
 };
 [[nodiscard]] CleanRun cleanRun(const std::string& mode);
 

@@ -7,7 +7,7 @@
 #include <array>
 #include <csignal>
 
-#include "platform/linux/file_content.h"
+#include "base/unique_fd.h"
 #include "support/temp_directory.h"
 
 namespace wendle {
@@ -36,7 +36,8 @@ class Sleeper {
     const bool isStarted = ::read(reading.get(), &failure, 1) == 0;
     EXPECT_TRUE(isStarted);
     // exec(2) closes the pipe just before /proc shows the new environment.
-    while (isStarted && fileContent("/proc/" + std::to_string(process_) + "/environ").empty()) ::usleep(1000);
+    const std::string environment = "/proc/" + std::to_string(process_) + "/environ";
+    while (isStarted && std::ifstream(environment).peek() == EOF) ::usleep(1000);
   }
   Sleeper(const Sleeper&) = delete;
   ~Sleeper() {

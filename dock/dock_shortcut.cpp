@@ -1,4 +1,4 @@
-#include "dock/dock_shortcut_manager.h"
+#include "dock/dock_shortcut.h"
 
 #include <unistd.h>
 
@@ -29,18 +29,12 @@ PropertyListArray dockTiles() {
   return array == nullptr ? PropertyListArray() : *array;
 }
 
-bool isFolderTile(const PropertyList& tile, const std::optional<FileUrl>& folder) {
-  const PropertyList* value = tile.find("tile-data");
-  if (value != nullptr) value = value->find("file-data");
-  if (value != nullptr) value = value->find("_CFURLString");
-  const auto* url = value == nullptr ? nullptr : std::get_if<std::string>(&value->value);
-  return url != nullptr && folder && *url == folder->absoluteString();
-}
-
 PropertyListArray::const_iterator findTile(const PropertyListArray& tiles,
                                            const std::optional<FileUrl>& folder) {
-  return std::find_if(tiles.begin(), tiles.end(),
-                      [&](const PropertyList& tile) { return isFolderTile(tile, folder); });
+  return std::find_if(tiles.begin(), tiles.end(), [&](const PropertyList& tile) {
+    const std::string* url = tile.findText({"tile-data", "file-data", "_CFURLString"});
+    return url != nullptr && folder && *url == folder->absoluteString();
+  });
 }
 
 PropertyList integer(std::int32_t number) { return {std::int64_t{number}}; }
@@ -60,13 +54,13 @@ PropertyList makeTile(const std::optional<FileUrl>& folder) {
                                  {"tile-type", text("directory-tile")}}};
 }
 
-void editTiles(const std::optional<FileUrl>& folder, DockShortcutManager::Change change) {
+void editTiles(const std::optional<FileUrl>& folder, DockShortcutChange change) {
   UserDefaults dock(dockDomain);
   PropertyListArray tiles = dockTiles();
   if (const auto found = findTile(tiles, folder); found != tiles.end()) {
     std::erase_if(tiles, [tile = *found](const PropertyList& other) { return isEqual(other, tile); });
   }
-  if (change == DockShortcutManager::Change::add) tiles.insert(tiles.begin(), makeTile(folder));
+  if (change == DockShortcutChange::add) tiles.insert(tiles.begin(), makeTile(folder));
   dock.setObject({tiles}, tilesKey);
   dock.synchronize();
 }
@@ -83,32 +77,25 @@ void restartDock() {
   run(task, "/usr/bin/killall", {"Dock"});
 }
 
+// The URL made anew from its path, with a slash at the end when that is an existing directory.
+std::optional<FileUrl> withFixedTrailingSlash(const std::optional<FileUrl>& url) {
+  if (!url) return std::nullopt;
+  return FileUrl::fileUrlWithPath(url->path());
+}
+
 }  // namespace
 
-DockShortcutManager& DockShortcutManager::sharedInstance() {
-  static auto* const manager = new DockShortcutManager;  // lives until the process ends, whatever still runs
-  return *manager;
-}
-
-bool DockShortcutManager::getPersistenceOfShortcutInDockFolderURL(const std::optional<FileUrl>& folder) {
+bool getPersistenceOfShortcutInDockFolderURL(const std::optional<FileUrl>& folder) {
   const PropertyListArray tiles = dockTiles();
-  return findTile(tiles, fileURLWithFixedTrailingSlash(folder)) != tiles.end();
+  return findTile(tiles, withFixedTrailingSlash(folder)) != tiles.end();
 }
 
-void DockShortcutManager::changePersistenceOfShortcutInDockFolderURL(const std::optional<FileUrl>& folder,
-                                                                     Change change,
-                                                                     const Completion& completion) {
-  changePersistenceOfShortcutInDockFolderURL(folder, change, completion, [this](bool isChanging) {
-    setIsChangingPersistenceOfShortcutInDock(isChanging);
-  });
-}
-
-void DockShortcutManager::changePersistenceOfShortcutInDockFolderURL(const std::optional<FileUrl>& folder,
-                                                                     Change change,
-                                                                     const Completion& completion,
-                                                                     const FlagSetter& setFlag) {
+void changePersistenceOfShortcutInDockFolderURL(const std::optional<FileUrl>& folder,
+                                                DockShortcutChange change,
+                                                const std::function<void(bool result)>& completion,
+                                                const std::function<void(bool isChanging)>& setFlag) {
   setFlag(true);
-  asyncOnUtilityQueue([folder = fileURLWithFixedTrailingSlash(folder), change, completion, setFlag] {
+  asyncOnUtilityQueue([folder = withFixedTrailingSlash(folder), change, completion, setFlag] {
     editTiles(folder, change);
     waitForWriting();
     restartDock();
@@ -118,15 +105,6 @@ void DockShortcutManager::changePersistenceOfShortcutInDockFolderURL(const std::
       completion(true);
     });
   });
-}
-
-std::optional<FileUrl> DockShortcutManager::fileURLWithFixedTrailingSlash(const std::optional<FileUrl>& url) {
-  if (!url) return std::nullopt;
-  return FileUrl::fileUrlWithPath(url->path());
-}
-
-void DockShortcutManager::setIsChangingPersistenceOfShortcutInDock(bool isChanging) {
-  if (isChanging_.exchange(isChanging) != isChanging && didChange_) didChange_();
 }
 
 }  // namespace wendle
