@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <poll.h>
+#include <spawn.h>
 #include <sys/wait.h>
 
 #include <algorithm>
@@ -9,8 +10,6 @@
 #include <csignal>
 #include <map>
 #include <mutex>
-
-#include "platform/posix/spawn_attributes.h"
 
 extern char** environ;  // NOLINT(readability-redundant-declaration): no header of macOS declares it [S]
 
@@ -56,6 +55,34 @@ class IgnoredSignals {
   std::lock_guard<std::mutex> lock_;
   std::map<int, struct sigaction> former_;
 };
+
+// The two halves of what posix_spawn is told, released together.
+struct SpawnAttributes {
+  SpawnAttributes() {
+    ::posix_spawnattr_init(&attributes);
+    ::posix_spawn_file_actions_init(&actions);
+  }
+  SpawnAttributes(const SpawnAttributes&) = delete;
+  SpawnAttributes& operator=(const SpawnAttributes&) = delete;
+  ~SpawnAttributes() {
+    ::posix_spawn_file_actions_destroy(&actions);
+    ::posix_spawnattr_destroy(&attributes);
+  }
+
+  posix_spawnattr_t attributes{};
+  posix_spawn_file_actions_t actions{};
+};
+
+// Closes in the child what our own launcher left open above descriptor 2, after all other actions: by a flag
+// where there is one (macOS [S]), or by an action (glibc 2.34 and later). Returns the flag.
+short inheritStandardStreamsOnly([[maybe_unused]] SpawnAttributes& spawn) {
+#ifdef POSIX_SPAWN_CLOEXEC_DEFAULT
+  return POSIX_SPAWN_CLOEXEC_DEFAULT;
+#else
+  ::posix_spawn_file_actions_addclosefrom_np(&spawn.actions, firstOrdinaryFd);
+  return 0;
+#endif
+}
 
 // All others have their default action in the program, and none is blocked, whatever our launcher blocked or
 // ignored.
@@ -159,12 +186,12 @@ Status Task::launchAndReturnError() {
   if (sigpipe_ == Sigpipe::ignored) ignored.push_back(SIGPIPE);
   SpawnAttributes spawn;
   ::posix_spawnattr_setpgroup(&spawn.attributes, 0);
-  auto flags = static_cast<short>(POSIX_SPAWN_SETPGROUP | resetSignalsExcept(ignored, spawn.attributes));
   std::visit(AddStream{spawn.actions, STDIN_FILENO, Direction::reading}, input_);
   std::visit(AddStream{spawn.actions, STDOUT_FILENO, Direction::writing}, output_);
   std::visit(AddStream{spawn.actions, STDERR_FILENO, Direction::writing}, error_);
-  inheritStandardStreamsOnly(spawn, flags);
-  ::posix_spawnattr_setflags(&spawn.attributes, flags);
+  const int flags = POSIX_SPAWN_SETPGROUP | resetSignalsExcept(ignored, spawn.attributes) |
+                    inheritStandardStreamsOnly(spawn);
+  ::posix_spawnattr_setflags(&spawn.attributes, static_cast<short>(flags));
 
   std::vector<std::string> argv{executable_};
   argv.insert(argv.end(), arguments_.begin(), arguments_.end());

@@ -7,6 +7,7 @@
 #include <set>
 
 #include "end_to_end/report_answers.h"
+#include "platform/file_url.h"
 #include "simulated_mac/client_fixture.h"
 #include "simulated_mac/shared.h"
 #include "support/clean_run.h"
@@ -14,24 +15,17 @@
 namespace wendle::test {
 namespace {
 
-// The path of a file URL, without a slash at the end; empty for what is none.
-std::string toPath(const std::string& url) {
-  const std::string prefix = "file://";
-  if (!url.starts_with(prefix)) return "";
-  std::string path;
-  for (std::size_t i = prefix.size(); i < url.size(); ++i) {
-    const bool isEscape = url[i] == '%';
-    path += isEscape ? static_cast<char>(std::stoi(url.substr(i + 1, 2), nullptr, 16)) : url[i];
-    i += isEscape ? 2 : 0;
-  }
-  return path.ends_with('/') ? path.substr(0, path.size() - 1) : path;
+std::string toUrl(const std::string& path) {
+  return FileUrl::fileUrlWithDirectoryPath(path).absoluteString();
 }
 
-void appendOnce(Lines& lines, const std::string& line) {
-  if (!line.empty() && std::ranges::count(lines, line) == 0) lines.push_back(line);
+// Each file URL once, with a slash at the end, which a preview's path cannot have.
+void appendUrl(Lines& urls, std::string item) {
+  if (!item.ends_with('/')) item += '/';
+  if (item.starts_with("file://") && std::ranges::count(urls, item) == 0) urls.push_back(item);
 }
 
-// What goes and what cannot, as paths, each once: as a preview has it, or a run's report.
+// What goes and what cannot, as file URLs: as a preview has it, or a run's report.
 struct Outcome {
   Lines removed, failed;
 };
@@ -40,7 +34,7 @@ Outcome toOutcome(const json& preview) {
   Outcome outcome;
   for (const json& item : preview.at("items")) {
     if (item.contains("path"))
-      appendOnce(item.contains("because") ? outcome.failed : outcome.removed, item["path"]);
+      appendUrl(item.contains("because") ? outcome.failed : outcome.removed, toUrl(item["path"]));
   }
   return outcome;
 }
@@ -48,13 +42,13 @@ Outcome toOutcome(const json& preview) {
 // /bin/rm's result is not looked at by the run: here it is, on the disk.
 Outcome toOutcome(const json& report, const mac::SimulatedMac& mac) {
   Outcome outcome;
-  for (const std::string item : report.at("removed")) appendOnce(outcome.removed, toPath(item));
-  for (const json& item : report.at("failed")) appendOnce(outcome.failed, toPath(item.at("item")));
+  for (const std::string item : report.at("removed")) appendUrl(outcome.removed, item);
+  for (const json& item : report.at("failed")) appendUrl(outcome.failed, item.at("item"));
   const std::string rm = "rm -rf ";
   for (const std::string tool : report.at("toolsRun")) {
     if (!tool.starts_with(rm)) continue;
     const std::string path = tool.substr(rm.size());
-    appendOnce(mac.exists(path) ? outcome.failed : outcome.removed, path);
+    appendUrl(mac.exists(path) ? outcome.failed : outcome.removed, toUrl(path));
   }
   return outcome;
 }
@@ -76,6 +70,7 @@ void expectPreviewIsTheRun(mac::SimulatedMac& mac, const std::string& mode) {
   EXPECT_EQ(run.outcome, "exit 0");
   const mac::SnapshotDifference difference = mac::difference(before, mac.snapshot());
   const json report = ask(mac, {"--json"});
+  EXPECT_EQ(report.at("reachedEnd"), true);
 
   const Outcome planned = toOutcome(preview), seen = toOutcome(report, mac);
   EXPECT_EQ(joined(planned.removed), joined(seen.removed));
@@ -89,16 +84,9 @@ void setMode(const mac::SimulatedMac& mac, const std::string& path, unsigned mod
   std::filesystem::permissions(mac.at(path), std::filesystem::perms{mode});
 }
 
-// A directory of the Mac that is being looked after again, so that whoever runs the tests can remove it.
+// So that whoever runs the tests can remove the Mac.
 void restoreModes(const mac::SimulatedMac& mac) {
-  for (std::set<std::string> seen;;) {  // what a closed directory holds shows when it is open
-    const std::size_t count = seen.size();
-    for (const auto& [path, entry] : mac.snapshot()) {
-      if (entry.type == std::filesystem::file_type::directory && seen.insert(path).second)
-        setMode(mac, path, 0755);
-    }
-    if (seen.size() == count) return;
-  }
+  EXPECT_EQ(std::system(("chmod -R u+rwX '" + mac.at("/").string() + "'").c_str()), 0);
 }
 
 struct Account {

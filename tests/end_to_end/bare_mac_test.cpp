@@ -89,19 +89,37 @@ std::function<void(SimulatedMac&)> copies(const Lines& paths) {
   };
 }
 
-const Lines exempt{"/Volumes/Backup/A.app",         "/builds/x.wrp-2/A.app",
-                   "/builds/x.wrp7/deep/A.app",     home + "/Build/DerivedData/A.app",
-                   home + "/Clone/deep/A.app",      home + "/Old.BackupDB/deep/A.app",
+// The numbers behind .wrp must be plain and have 64 bits; the copy itself can be what is exempt.
+const Lines exempt{"/Volumes/Backup/A.app",
+                   "/builds/a.wrp8",
+                   "/builds/x.wrp-2/A.app",
+                   "/builds/x.wrp0/A.app",
+                   "/builds/x.wrp7/deep/A.app",
+                   "/builds/x.wrp9223372036854775807/A.app",
+                   home + "/Build/DerivedData/A.app",
+                   home + "/Clone/deep/A.app",
+                   home + "/Held.app",
+                   home + "/Old.BackupDB/deep/A.app",
+                   home + "/Old/A.backupdb",
                    home + "/Old/VolumesOfPat/A.app"};
 const Lines notExempt{"/A.app",
-                      "/builds/x.wrp/A.app",
+                      "/builds/.wrp6/A.app",
+                      "/builds/x.wrp+1/A.app",
+                      "/builds/x.wrp-0/A.app",
+                      "/builds/x.wrp/x.wxp7/A.app",
                       "/builds/x.wrp07/A.app",
+                      "/builds/x.wrp5.old/A.app",
+                      "/builds/x.wrp99999999999999999999/A.app",
+                      "/builds/x.wrp1x/A.app",
                       "/builds/x.wrpx/A.app",
                       home + "/Build/DerivedDataOld/A.app",
+                      home + "/Build/OldDerivedData/A.app",
                       home + "/Capital.wrp7/A.app",
                       home + "/NoClone/deep/A.app",
                       home + "/Old/.backupdb/A.app",
+                      home + "/Old/backupdb/A.app",
                       home + "/Old/volumes/A.app",
+                      home + "/Old/x.backupdb.old/A.app",
                       home + "/Old/x.backupdb2/A.app"};
 
 void addCopiesEverywhere(SimulatedMac& mac) {
@@ -109,6 +127,7 @@ void addCopiesEverywhere(SimulatedMac& mac) {
   // What makes a safety net: a directory above the copy, but not in the root folder, and not a plain file.
   mac.addDirectory("/_CCC SafetyNet");
   mac.addDirectory(home + "/Clone/_CCC SafetyNet");
+  mac.addDirectory(home + "/Held.app/_CCC SafetyNet");
   mac.addFile(home + "/NoClone/_CCC SafetyNet");
 }
 

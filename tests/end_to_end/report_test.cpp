@@ -1,7 +1,6 @@
 // wendle-uninstall-report on the logs of real runs, and on logs as a run that went wrong leaves them.
 #include <gtest/gtest.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 
 #include <algorithm>
 #include <cstdlib>
@@ -10,7 +9,6 @@
 #include <sstream>
 
 #include "report/run_report.h"
-#include "simulated_mac/client_fixture.h"
 #include "support/run_result.h"
 
 namespace wendle::test {
@@ -20,47 +18,30 @@ using mac::SimulatedMac;
 
 const std::string logs = "/Users/pat/Library/Logs/Wendle/";
 
-class ReportedModeTest : public testing::TestWithParam<const char*> {};
+const std::string start = "2016-11-21T07:59:59.900Z [1] uninstaller: Wendle Uninstaller - started in ";
+const std::string later = "2016-11-21T08:00:02.150Z ";
+const std::string progress = "[1] uninstaller: ", error = "[error] uninstaller: ";
+const std::string noSuchFile = R"(: Error Domain=NSPOSIXErrorDomain Code=2 "No such file or directory")";
+const std::string goodbye = progress + "Removal Completed - 😔 Sorry to see you go. 😔";
 
-TEST_P(ReportedModeTest, IsGoodAndCountsWhatTheRunRemoved) {
-  SimulatedMac mac = SimulatedMac::scratch();
-  mac::installClient(mac);
-  const RunResult run = runUninstaller(mac, {GetParam()});
-  const RunResult seen = runReport(mac, {});
-
-  EXPECT_EQ(seen.outcome, "exit 0");
-  const auto removed = std::count_if(run.log.begin(), run.log.end(), [](const std::string& line) {
-    return line.starts_with("[1] uninstaller: Delete ") && line.ends_with(" - success");
-  });
-  EXPECT_TRUE(seen.out.starts_with(GetParam())) << seen.out;
-  EXPECT_NE(seen.out.find("\nRemoved: " + std::to_string(removed) + "\n"), std::string::npos) << seen.out;
-  EXPECT_NE(seen.out.find("\nNot there: nothing\n"), std::string::npos) << seen.out;
-  EXPECT_NE(seen.out.find("\nFailed: nothing\n"), std::string::npos) << seen.out;
-  EXPECT_TRUE(seen.out.ends_with(" 0 failed; it reached its last line.\n")) << seen.out;
+// The log of a run whose records behind the first one are these.
+std::string makeLog(const std::string& mode, const Lines& records) {
+  std::string log = start + mode + " mode\n";
+  for (const std::string& record : records) log += later + record + "\n";
+  return log;
 }
-
-INSTANTIATE_TEST_SUITE_P(Modes, ReportedModeTest, testing::Values("--updates", "--soft", "--hard", "--full"),
-                         [](const auto& mode) { return std::string(mode.param).substr(2); });
 
 struct LogCase {
   std::string name;
   std::string log;
   std::string outcome;
-  std::string json = {};  // all of it; nothing is printed when empty
+  // What is printed of it: the mode, the members of its lists, and whether the end was reached. No mode:
+  // nothing.
+  std::string mode = {}, removed = {}, notThere = {}, toolsRun = {}, failed = {};
+  bool reachedEnd = false;
 
   friend void PrintTo(const LogCase& c, std::ostream* out) { *out << c.name; }
 };
-
-const std::string start = "2016-11-21T07:59:59.900Z [1] uninstaller: Wendle Uninstaller - started in ";
-const std::string later = "2016-11-21T08:00:02.150Z ";
-const std::string noSuchFile = R"(: Error Domain=NSPOSIXErrorDomain Code=2 "No such file or directory")";
-const std::string goodbye = later + "[1] uninstaller: Removal Completed - 😔 Sorry to see you go. 😔\n";
-
-std::string json(const std::string& mode, const std::string& lists, bool reachedEnd) {
-  return R"({"schema": 1, "uninstallerVersion": "99.0", "user": "pat", "log": "/some.log", "mode": ")" +
-         mode + R"(", "started": "2016-11-21T07:59:59.900Z", "seconds": 2.250, )" + lists +
-         ", \"reachedEnd\": " + (reachedEnd ? "true" : "false") + "}\n";
-}
 
 class LogTest : public testing::TestWithParam<LogCase> {};
 
@@ -71,85 +52,92 @@ TEST_P(LogTest, IsToldAsItIs) {
   mac.addFile("/some.log", c.log);
   const RunResult seen = runReport(mac, {"--json", "/some.log"});
   EXPECT_EQ(seen.outcome, c.outcome);
-  EXPECT_EQ(seen.out, c.json);
+  const std::string json =
+      R"({"schema": 1, "uninstallerVersion": "99.0", "user": "pat", "log": "/some.log", "mode": ")" + c.mode +
+      R"(", "started": "2016-11-21T07:59:59.900Z", "seconds": 2.250, "removed": [)" + c.removed +
+      "], \"notThere\": [" + c.notThere + "], \"toolsRun\": [" + c.toolsRun + "], \"failed\": [" + c.failed +
+      "], \"reachedEnd\": " + (c.reachedEnd ? "true" : "false") + "}\n";
+  EXPECT_EQ(seen.out, c.mode.empty() ? "" : json);
   EXPECT_EQ(seen.err,
-            c.json.empty() ? "wendle-uninstall-report: /some.log is no log of the uninstaller.\n" : "");
+            c.mode.empty() ? "wendle-uninstall-report: /some.log is no log of the uninstaller.\n" : "");
 }
 
 INSTANTIATE_TEST_SUITE_P(
     Logs, LogTest,
     testing::ValuesIn<LogCase>({
-        {"AllThatCanBeTold",
-         start + "uninstall completely mode\n" + later +
-             "[1] uninstaller: Delete Folder - file:///A/m/ - success\n" + later +
-             "[1] uninstaller: Delete Folder - file:///A/ - success\n" + later +
-             "[error] uninstaller: Delete Folder - file:///A/x" + noSuchFile + "\n" + later +
-             "[error] uninstaller: Delete File - file:///B" + noSuchFile + "\n" + later +
-             "[error] uninstaller: Delete File - file:///AA" + noSuchFile + "\n" + later +
-             "[1] uninstaller: Delete Folder - file:///A.app/ - success\n" + later +
-             "[error] uninstaller: Delete Folder - file:///A/y/z/" + noSuchFile + "\n" + later +
-             "[1] uninstaller: Reset permissions for com.wendle\n" + later +
-             "[1] uninstaller: Removed defaults for com.wendle\n" + later +
-             "[1] uninstaller: Delete Keychain Item - Wendle - at /k - success\n" + later +
-             "[1] uninstaller: Remove dock folder - no dock item found\n" + later +
-             "[1] uninstaller: Remove /C - finished\n" + goodbye,
-         "exit 0",
-         json(
-             "--hard",
-             R"("removed": ["file:///A/m/", "file:///A/", "file:///A.app/", "keychain item Wendle - at /k"], )"
-             R"("notThere": ["file:///B", "file:///AA", "the client's tile in the Dock"], )"
-             R"("toolsRun": ["Reset permissions for com.wendle", "Removed defaults for com.wendle", "rm -rf /C"], "failed": [])",
-             true)},
-        {"Failures",
-         start + "keep applications mode\n" + later +
-             "[error] uninstaller: Delete Folder - file:///A/: Error Domain=NSPOSIXErrorDomain Code=22 "
-             "\"Invalid argument\"\n" +
-             later + "[error] uninstaller: Failed to run `launchctl unload -w /a`" + noSuchFile + "\n" +
-             later + "[4] uninstaller: Invalid dock item location: a\\nb \\\\ \\x1b\\xc2\\x9b\u2028\"\xff\n" +
-             later + "[1] uninstaller: Failed to reset permissions for com.wendle" + noSuchFile + "\n" +
-             goodbye,
-         "exit 1",
-         json(
-             "--soft",
-             R"("removed": [], "notThere": [], "toolsRun": [], "failed": [)"
+        {.name = "AllThatCanBeTold",
+         .log = makeLog("uninstall completely", {progress + "Delete Folder - file:///A/m/ - success",
+                                                 progress + "Delete Folder - file:///A/ - success",
+                                                 error + "Delete Folder - file:///A/x" + noSuchFile,
+                                                 error + "Delete File - file:///B" + noSuchFile,
+                                                 error + "Delete File - file:///AA" + noSuchFile,
+                                                 progress + "Delete Folder - file:///A.app/ - success",
+                                                 error + "Delete Folder - file:///A/y/z/" + noSuchFile,
+                                                 progress + "Reset permissions for com.wendle",
+                                                 progress + "Removed defaults for com.wendle",
+                                                 progress + "Delete Keychain Item - Wendle - at /k - success",
+                                                 progress + "Remove dock folder - no dock item found",
+                                                 progress + "Remove /C - finished", goodbye}),
+         .outcome = "exit 0",
+         .mode = "--hard",
+         .removed = R"("file:///A/m/", "file:///A/", "file:///A.app/", "keychain item Wendle - at /k")",
+         .notThere = R"("file:///B", "file:///AA", "the client's tile in the Dock")",
+         .toolsRun = R"("Reset permissions for com.wendle", "Removed defaults for com.wendle", "rm -rf /C")",
+         .reachedEnd = true},
+        {.name = "Failures",
+         .log =
+             makeLog("keep applications",
+                     {error + "Delete Folder - file:///A/: Error Domain=NSPOSIXErrorDomain Code=22 "
+                              "\"Invalid argument\"",
+                      error + "Failed to run `launchctl unload -w /a`" + noSuchFile,
+                      "[4] uninstaller: Invalid dock item location: a\\nb \\\\ \\x1b\\xc2\\x9b\u2028\"\xff",
+                      progress + "Failed to reset permissions for com.wendle: why", goodbye}),
+         .outcome = "exit 1",
+         .mode = "--soft",
+         .failed =
              R"({"item": "file:///A/", "cause": "Error Domain=NSPOSIXErrorDomain Code=22 \"Invalid argument\""}, )"
              R"({"item": "Failed to run `launchctl unload -w /a`", "cause": )"
              R"("Error Domain=NSPOSIXErrorDomain Code=2 \"No such file or directory\""}, )"
              R"({"item": "Invalid dock item location", "cause": "a\u000ab \\ \u001b\u009b\u2028\"\ufffd"}, )"
-             R"({"item": "Failed to reset permissions for com.wendle", "cause": )"
-             R"("Error Domain=NSPOSIXErrorDomain Code=2 \"No such file or directory\""}])",
-             true)},
-        {"AnAbnormalEnd",
-         start + "full mode\n" + later + "[1] module: Ended by an uncaught exception: no shell\n", "exit 1",
-         json("--full",
-              R"("removed": [], "notThere": [], "toolsRun": [], "failed": )"
-              R"([{"item": "Ended by an uncaught exception", "cause": "no shell"}])",
-              false)},
-        {"AStopHalfWay",
-         start + "updates mode\n" + later + "[1] uninstaller: Unload Wendle agent - started\n", "exit 1",
-         json("--updates", R"("removed": [], "notThere": [], "toolsRun": [], "failed": [])", false)},
-        {"AStopWithinALine",
-         start + "keep applications mode\n" + goodbye + later +
-             "[1] uninstaller: Delete Folder - file:///A/ - success",
-         "exit 1", json("--soft", R"("removed": [], "notThere": [], "toolsRun": [], "failed": [])", false)},
+             R"({"item": "Failed to reset permissions for com.wendle", "cause": "why"})",
+         .reachedEnd = true},
+        {.name = "AnAbnormalEnd",
+         .log = makeLog("full", {"[1] module: Ended by an uncaught exception: no shell"}),
+         .outcome = "exit 1",
+         .mode = "--full",
+         .failed = R"({"item": "Ended by an uncaught exception", "cause": "no shell"})"},
+        {.name = "AStopHalfWay",
+         .log = makeLog("updates", {progress + "Unload Wendle agent - started"}),
+         .outcome = "exit 1",
+         .mode = "--updates"},
+        {.name = "AStopWithinALine",
+         .log = makeLog("keep applications", {goodbye}) + later + progress + "Delete Folder - file:///A/",
+         .outcome = "exit 1",
+         .mode = "--soft"},
+        {.name = "DamagedLines",
+         .log = start + "full mode\nsegmentation fault\n" + later + progress + "\\q\n" + later + progress +
+                "\\x1\n" + later + progress + "Delete Folder - file:///WendleExtension.app/ - success\n",
+         .outcome = "exit 1",
+         .mode = "--full",
+         .removed = R"("file:///WendleExtension.app/")",
+         .failed = R"({"item": "line 2 of the log", "cause": "is no record"}, )"
+                   R"({"item": "line 3 of the log", "cause": "is no record"}, )"
+                   R"({"item": "line 4 of the log", "cause": "is no record"})"},
         {"Empty", "", "exit 2"},
-        {"NoMode", later + "[1] uninstaller: Delete Folder - file:///A/ - success\n", "exit 2"},
-        {"DamagedLines",
-         start + "full mode\nsegmentation fault\n" + later + "[1] uninstaller: \\q\n" + later +
-             "[1] uninstaller: \\x1\n" + later +
-             "[1] uninstaller: Delete Folder - file:///WendleExtension.app/ - success\n",
-         "exit 1",
-         json("--full",
-              R"("removed": ["file:///WendleExtension.app/"], "notThere": [], "toolsRun": [], "failed": [)"
-              R"({"item": "line 2 of the log", "cause": "is no record"}, )"
-              R"({"item": "line 3 of the log", "cause": "is no record"}, )"
-              R"({"item": "line 4 of the log", "cause": "is no record"}])",
-              false)},
-        {"AnotherProgramsText", "segmentation fault\n" + start + "full mode\n", "exit 2"},
-        {"NoDate", "2026-13-41T08:00:02.150Z [1] uninstaller: Wendle Uninstaller - started in full mode\n",
-         "exit 2"},
+        {"NoMode", later + progress + "Delete Folder - file:///A/ - success\n", "exit 2"},
+        {"AnotherProgramsText", "segmentation fault\n" + makeLog("full", {}), "exit 2"},
+        {"NoDate", "2026-13-41" + start.substr(10) + "full mode\n", "exit 2"},
     }),
     [](const auto& c) { return c.param.name; });
+
+TEST(ReportTest, CountsForPeopleWhatAGoodRunRemoved) {
+  SimulatedMac mac = SimulatedMac::scratch();
+  mac.addFile("/a", makeLog("keep applications", {progress + "Delete File - file:///A - success", goodbye}));
+  EXPECT_EQ(runReport(mac, {"/a"}).out,
+            "--soft, started 2016-11-21T07:59:59.900Z\nRemoved: 1\n  file:///A\nNot there: nothing\n"
+            "Tools that ran to their end: nothing\nFailed: nothing\n"
+            "--soft took 2.250 seconds: 1 removed, 0 not there, 0 failed; it reached its last line.\n");
+}
 
 std::string complaint(const std::string& sentence) { return "wendle-uninstall-report: " + sentence + ".\n"; }
 
@@ -157,20 +145,16 @@ TEST(ReportTest, CountsNoFailureToDeleteWhatIsGoneByNow) {
   SimulatedMac mac = SimulatedMac::scratch();
   mac.addLink("/link to nothing", "/nothing");
   mac.addDirectory("/left");
-  std::string log = start + "uninstall completely mode\n";
-  for (const char* item : {"gone%20%C3%A9/", "left/", "link%20to%20nothing/"}) {
-    log += later + "[error] uninstaller: Delete Folder - file:///" + item +
-           ": Error Domain=NSPOSIXErrorDomain Code=13 \"Permission denied\"\n";
-  }
-  mac.addFile("/a", log + later + "[4] uninstaller: Invalid dock item location: none\n" + goodbye);
+  const std::string denied = R"(: Error Domain=NSPOSIXErrorDomain Code=13 "Permission denied")";
+  const std::string gone = error + "Delete Folder - file:///gone%20%C3%A9/" + denied;
+  mac.addFile("/a", makeLog("full", {gone, error + "Delete Folder - file:///left/" + denied,
+                                     error + "Delete File - file:///link%20to%20nothing" + denied,
+                                     "[4] uninstaller: Invalid dock item location: none"}));
   const std::string seen = runReport(mac, {"--json", "--recheck", "/a"}).out;
   EXPECT_NE(seen.find("\"removedLater\": [\"file:///gone%20%C3%A9/\"]"), seen.npos) << seen;
-  for (const char* item : {"file:///left/", "file:///link%20to%20nothing/", "Invalid dock item location"})
+  for (const char* item : {"file:///left/", "file:///link%20to%20nothing", "Invalid dock item location"})
     EXPECT_NE(seen.find(std::string("{\"item\": \"") + item), seen.npos) << seen;
-  mac.addFile("/a",
-              start + "uninstall completely mode\n" + later +
-                  "[error] uninstaller: Delete Folder - file:///gone/: Error Domain=X Code=13 \"denied\"\n" +
-                  goodbye);
+  mac.addFile("/a", makeLog("keep applications", {gone, goodbye}));
   EXPECT_EQ(runReport(mac, {"/a"}).outcome, "exit 1");
   EXPECT_EQ(runReport(mac, {"--recheck", "/a"}).outcome, "exit 0");
 }
@@ -184,7 +168,7 @@ TEST(ReportTest, TakesTheNewestLogAndRefusesWrongUse) {
   ASSERT_EQ(::mkfifo(mac.at(logs + "uninstaller-20161121T080000Z-9.log").c_str(), S_IRUSR), 0);
   EXPECT_TRUE(runReport(mac, {}).out.starts_with("--updates"));
   EXPECT_TRUE(runReport(mac, {"--process", "9"}).out.starts_with("--full"));
-  mac.addFile("/a", start + "full mode\n" + later + "[4] uninstaller: a\\n\\x1b\u2028\n");
+  mac.addFile("/a", makeLog("full", {"[4] uninstaller: a\\n\\x1b\u2028"}));
   EXPECT_NE(runReport(mac, {"/a"}).out.find("\n  a\\n\\x1b\\xe2\\x80\\xa8\n"), std::string::npos);
   EXPECT_TRUE(runReport(mac, {"--help"}).out.starts_with("usage: "));
   EXPECT_EQ(runReport(mac, {"/no\nthing"}).err,
