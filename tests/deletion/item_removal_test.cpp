@@ -165,10 +165,14 @@ struct Growth {
 
 TEST(Meanwhile, WhatAppearsIsRemovedButNotForEver) {
   const Status notEmpty = posixError(ENOTEMPTY);
-  for (const auto& growth :
-       {Growth{3, 1, 0, {}, 4}, {1000, 1, 0, notEmpty, 16}, {1, 9, 1, notEmpty, 2}, {1, 9, 0, {}, 2}}) {
+  for (const auto& growth : {Growth{3, 1, 0, {}, 4},
+                             {1000, 1, 0, notEmpty, 16},
+                             {1, 9, 1, notEmpty, 2},
+                             {1, 9, 0, {}, 2},
+                             {1, 3, 1, {}, 2},
+                             {1, 2, 3, {}, 2}}) {
     const TempDirectory temp;
-    temp.file("item/inner/file");
+    temp.file("item/file");
     int passes = 0;
     stoppedClock = 0;
     syscallHook = [&](Syscall call, const std::string& item) {

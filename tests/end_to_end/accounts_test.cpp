@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <random>
+#include <regex>
 #include <set>
 
 #include "end_to_end/report_answers.h"
@@ -62,6 +63,17 @@ std::set<std::string> goneFrom(const std::string& list, const mac::SnapshotDiffe
   return gone;
 }
 
+// The items that tools are given which may find nothing to do: the preview says of each that it will be
+// asked.
+Lines requestedItems(const Lines& journal) {
+  static const std::regex form(R"(/usr/bin/(?:pluginkit|tccutil|defaults \[remove).* \[(.*)\] exit .*)");
+  Lines items;
+  for (const std::string& line : journal) {
+    if (std::smatch match; std::regex_match(line, match, form)) items.push_back(match[1]);
+  }
+  return items;
+}
+
 void expectPreviewIsTheRun(mac::SimulatedMac& mac, const std::string& mode) {
   const mac::Snapshot before = mac.snapshot();
   const json preview = ask(mac, {"preview", "--" + mode, "--json"});
@@ -77,6 +89,10 @@ void expectPreviewIsTheRun(mac::SimulatedMac& mac, const std::string& mode) {
   EXPECT_EQ(joined(planned.failed), joined(seen.failed));
   EXPECT_EQ(labels(preview, "keychain item"), goneFrom(mac::keychainFile, difference));
   EXPECT_EQ(labels(preview, "Dock tile"), goneFrom(mac::dockFile, difference));
+  Lines requested;
+  for (const std::string request : preview.at("requests"))
+    requested.push_back(std::regex_replace(request, std::regex(".*(com[.][^ ]+).*"), "$1"));
+  EXPECT_EQ(joined(requested), joined(requestedItems(run.journal)));
   for (const json& kept : preview.at("kept")) EXPECT_TRUE(mac.exists(std::string(kept.at("path")))) << kept;
 }
 
@@ -136,18 +152,22 @@ INSTANTIATE_TEST_SUITE_P(Kinds, AccountsTest,
                            return std::get<0>(c.param).name + "_" + std::get<1>(c.param);
                          });
 
-// As on a Mac everybody may add to /Users/Shared, and take out only what is his own.
+// As on a Mac everybody may add to /Users/Shared, and take out only what is his own; here it is a link.
 TEST(SharedDirectoryTest, KeepsWhatAnotherUserPutThere) {
   if (::geteuid() != 0) GTEST_SKIP() << "only root can make another user's folder";
   constexpr uid_t other = 12345;
   mac::SimulatedMac mac = mac::SimulatedMac::scratch();
   mac::installClient(mac);
-  setMode(mac, "/Users/Shared", 01777);
-  setMode(mac, "/Users/Shared/Wendle", 0777);
-  for (const char* path : {"/Users/Shared", "/Users/Shared/Wendle"})
+  std::filesystem::rename(mac.at("/Users/Shared"), mac.at("/Users/Common"));
+  mac.addLink("/Users/Shared", "Common");
+  setMode(mac, "/Users/Common", 01777);
+  setMode(mac, "/Users/Common/Wendle", 0777);
+  for (const char* path : {"/Users/Common", "/Users/Common/Wendle"})
     ASSERT_EQ(::lchown(mac.at(path).c_str(), other, other), 0);
+  EXPECT_EQ(runReport(mac, {"preview", "--soft", "--needs-root"}).out,
+            std::string("/Users/Shared/Wendle") + '\0');
   expectPreviewIsTheRun(mac, "soft");
-  EXPECT_TRUE(mac.exists("/Users/Shared/Wendle"));
+  EXPECT_TRUE(mac.exists("/Users/Common/Wendle"));
 }
 
 // Whether the log, or a list that the tools share, lies below: without it there is nothing to compare.

@@ -250,6 +250,13 @@ INSTANTIATE_TEST_SUITE_P(
           {noItem,
            {"[4] uninstaller: Invalid dock item location: DEFAULTS The domain/default pair of "
             "(com.apple.dock, persistent-others) does not exist"}}}},
+        {"ALongComplaint",
+         "soft",
+         [](SimulatedMac& mac) {
+           mac.setFault({"defaults", 1, mac::FaultKind::exits, 1, std::string(70'000, 'x')});
+         },
+         {{defaults, {"> /usr/bin/defaults [read] [com.apple.dock] [persistent-others] exit 1"}},
+          {noItem, {"[4] uninstaller: Invalid dock item location: " + std::string(65'536, 'x')}}}},
     }),
     toName);
 

@@ -119,9 +119,10 @@ TEST(ProcessesTest, AreAskedToQuitAndOnlyTheExtensionIsKilledInUpdatesMode) {
 TEST(CommandLineTest, RunsTheFirstModeItNames) {
   mac::SimulatedMac mac = mac::SimulatedMac::scratch();
   mac.addDockTile("Downloads", "file:///Users/pat/Downloads/");
-  const RunResult seen = runUninstaller(mac, {"-x", "", "soft", "--full=1", "--hard", "--hard", "--full"});
+  const RunResult seen =
+      runUninstaller(mac, {"-x", "", "soft", "--full=1", "--updates", "--updates", "--soft", "--full"});
   EXPECT_EQ(seen.outcome, "exit 0");
-  EXPECT_EQ(joined(seen.sequence), joined(expectedLines("bare.txt", "hard")));
+  EXPECT_EQ(joined(seen.sequence), joined(expectedLines("bare.txt", "updates")));
 }
 
 TEST(CommandLineTest, LeavesNoTraceWhenItNamesNone) {

@@ -85,6 +85,7 @@ TEST(LeftoversTest, NameWhatIsStillThereAndWhatNoModeTakesAway) {
   const Lines traces{library + "Caches/com.wendle.DesktopClient",
                      library + "Group Containers/TEAM.com.wendle.DesktopClient.shared",
                      library + "Preferences/com.wendle.DesktopClient.WendleUninstaller.plist",
+                     library + "Preferences/ByHost/com.wendle.DesktopClient.F00D.plist",
                      library + "Saved Application State/com.wendle.DesktopClient.savedState",
                      "/var/db/receipts/com.wendle.DesktopClient.bom",
                      library + "Logs/Wendle"};

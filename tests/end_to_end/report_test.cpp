@@ -176,7 +176,7 @@ TEST(ReportTest, TakesTheNewestLogAndRefusesWrongUse) {
   for (const Lines& arguments :
        {Lines{"--jsno"}, Lines{"/a", "/a"}, Lines{""}, Lines{"/nothing"}, Lines{"/Users"}, Lines{"--since"},
         Lines{"--since", "-1"}, Lines{"--since", "2016-11-21"}, Lines{"--since", "2016-11-21T24:00:00Z"},
-        Lines{"--process"}, Lines{"--process", "09"}, Lines{"--process", "1"},
+        Lines{"--process"}, Lines{"--process", "09"}, Lines{"--process", "0"},
         Lines{"--process", "1", "/a"}}) {
     const RunResult seen = runReport(mac, arguments);
     EXPECT_EQ(seen.outcome + seen.out, "exit 2") << joined(arguments);

@@ -122,25 +122,14 @@ TEST(Arguments, MayBeNoUtf8AndTheHomeUnset) {
 TEST(Imports, EndTheProgramRatherThanGuess) {
   SimulatedMac mac = SimulatedMac::scratch();
   EXPECT_EQ(std::regex_replace(send(mac, {"unknown"}).err, std::regex("macos_program: "), ""),
-            R"(open has an argument that is unknown here: 2097152.
-unlinkat has an argument that is unknown here: 2048.
-unlinkat has an argument that is unknown here: 384.
-faccessat has an argument that is unknown here: 32.
-fcntl has an argument that is unknown here: 50.
+            R"(unlinkat has an argument that is unknown here: 2048.
 chflags has an argument that is unknown here: 4.
-poll has an argument that is unknown here: 256.
 posix_spawn has a flag that is unknown here: 128.
-posix_spawn lacks its actions or its attributes, which is unknown here.
-waitpid has an option that is unknown here: 2.
-a signal gets a handler, which is unknown here.
 sigaction has a flag or a mask, which are unknown here.
 the clock 9 is unknown here.
 a lock begins with a word that is unknown here.
-dispatch_async to that queue is unknown here.
 a global queue of the class 33 is unknown here.
-dispatch_time from another time than now is unknown here.
 the standard directory 9 in the domain 1 is unknown here.
-standard directories with a tilde are unknown here.
 )");
 }
 
@@ -194,7 +183,6 @@ constexpr std::uint32_t segment = 0x19, dyldInfo = 0x80000022, mainEntry = 0x800
 INSTANTIATE_TEST_SUITE_P(
     Files, BadFileTest,
     testing::ValuesIn<BadFile>({
-        {"Empty", [](auto& file) { file.bytes.clear(); }, "it cannot be read"},
         {"OfLinux",
          [](auto& file) {
            file.bytes =
@@ -207,33 +195,22 @@ INSTANTIATE_TEST_SUITE_P(
          "it has no half for this processor"},
         {"Truncated", [](auto& file) { file.bytes.resize(file.half + 50'000); },
          "it is damaged: a half lies outside of it"},
-        {"OfNewerProcessors", [](auto& file) { file.bytes[8 + 7] = file.bytes[28 + 7] = 8; },
-         "it has no half for this processor"},
         {"NoExecutable", [](auto& file) { file.bytes[file.half + 12] = 6; },
          "it is a Mach-O file, but no executable"},
         {"UnknownCommand",
          [](auto& file) { file.template at<std::uint32_t>(file.command(dyldInfo)) = 0x80000034; },
          "its load command 52, which dyld must know, is unknown here"},
-        {"EndlessCommand",
-         [](auto& file) { file.template at<std::uint32_t>(file.command(dyldInfo) + 4) = 0; },
-         "it is damaged: a load command without a size"},
         {"NoMain", [](auto& file) { file.template at<std::uint32_t>(file.command(mainEntry)) = 1; },
          "it is damaged: it has no main"},
-        {"MainElsewhere", [](auto& file) { ++file.bytes[file.command(mainEntry) + 8]; },
-         "it is damaged: main is none of its functions"},
         {"SegmentElsewhere", [](auto& file) { file.bytes[file.command(segment) + 72 + 24 + 5] = 1; },
          "it is damaged: the place of segment __DATA_CONST"},
         {"ContentElsewhere", [](auto& file) { file.bytes[file.command(segment) + 72 + 40] = 64; },
          "it is damaged: the content of segment __DATA_CONST"},
-        {"PointersElsewhere", [](auto& file) { file.bytes[file.command(dyldInfo) + 11] = 1; },
-         "it is damaged: its list of pointers to be set lies outside of it"},
         {"UnknownSection",
          [](auto& file) {
            file.bytes.replace(file.bytes.find("__mod_init_func", file.half), 15, "__init_offsets\0", 15);
          },
          "it has a section __init_offsets, which is unknown here"},
-        {"LessSections", [](auto& file) { --file.bytes[file.command(segment) + 72 + 64]; },
-         "it is damaged: the number of sections in segment __TEXT"},
         {"UnknownOpcode",
          [](auto& file) {
            file.bytes[file.half + file.template at<std::uint32_t>(file.command(dyldInfo) + 16)] = '\xD0';

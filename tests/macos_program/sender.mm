@@ -165,28 +165,17 @@ void call(const char* import, A... arguments) {
 // Calls with an argument that only macOS knows, each in a process of its own, which it should end.
 void askForTheUnknown() {
   static long long zeroes[8], recursiveMutex[8] = {0x32AAABA2};
-  static const int signalFlags[] = {0, 0, 0, 0x20}, pollBand[] = {0, 0x100};
+  static const int signalFlags[] = {0, 0, 0, 0x20};
   static void* attributes = zeroes;
   const std::function<void()> calls[] = {
-      [] { call("_open", "/", 0x200000); },                          // O_SYMLINK
       [] { call("_unlinkat", -2, "/nothing", 0x800); },              // AT_SYMLINK_NOFOLLOW_ANY
-      [] { call("_unlinkat", -2, "/", 0x180); },                     // AT_REMOVEDIR_DATALESS, and it is not
-      [] { call("_faccessat", -2, "/", 0, 0x20); },                  // AT_SYMLINK_NOFOLLOW
-      [] { call("_fcntl", 0, 50); },                                 // F_GETPATH
       [] { call("_fchflags", 0, 0x4); },                             // UF_APPEND
-      [] { call("_poll", pollBand, 1, 0); },                         // POLLWRBAND
       [] { call("_posix_spawnattr_setflags", &attributes, 0x80); },  // POSIX_SPAWN_START_SUSPENDED
-      [] { call("_posix_spawn", zeroes, "/", nullptr, nullptr, zeroes, zeroes); },
-      [] { call("_waitpid", -1, nullptr, 2); },  // WUNTRACED
-      [] { call("_signal", 15, &call<>); },
-      [] { call("_sigaction", 15, signalFlags, nullptr); },  // SA_NOCLDWAIT
-      [] { call("_clock_gettime", 9, zeroes); },             // CLOCK_UPTIME_RAW_APPROX
+      [] { call("_sigaction", 15, signalFlags, nullptr); },          // SA_NOCLDWAIT
+      [] { call("_clock_gettime", 9, zeroes); },                     // CLOCK_UPTIME_RAW_APPROX
       [] { call("_pthread_mutex_lock", recursiveMutex); },
-      [] { call("_dispatch_async", macho::findImport("__dispatch_main_q"), zeroes); },
-      [] { call("_dispatch_get_global_queue", 0x21L, 0L); },  // QOS_CLASS_USER_INTERACTIVE
-      [] { call("_dispatch_time", 1L, 1L); },
+      [] { call("_dispatch_get_global_queue", 0x21L, 0L); },              // QOS_CLASS_USER_INTERACTIVE
       [] { call("_NSSearchPathForDirectoriesInDomains", 9L, 1L, YES); },  // NSDocumentDirectory
-      [] { call("_NSSearchPathForDirectoriesInDomains", 5L, 1L, NO); },
   };
   for (const auto& each : calls) {
     const pid_t child = ::fork();

@@ -7,6 +7,7 @@
 
 #include "platform/files.h"
 #include "platform/posix/tree_cursor.h"
+#include "platform/removal_forecast.h"
 #include "support/each.h"
 #include "support/processes.h"
 #include "support/temp_directory.h"
@@ -95,6 +96,18 @@ TEST(FileTree, RemovesWhatItFoundFromWhereItWas) {
   }
   expectAll(
       "kept", [&](const auto& file) { return temp.text(file); }, bystanders);
+}
+
+TEST(RemovalForecast, IsThatNothingInAnUnlistedDirectoryIsReached) {
+  inForkAsOrdinaryUser([] {
+    const TempDirectory temp;
+    temp.file("item/closed/in/file");
+    const auto isReached = [&] { return isReachedByRemoval(temp / "item", temp / "item/closed/in/file"); };
+    EXPECT_TRUE(isReached());
+    ::chmod((temp / "item/closed").c_str(), S_IWUSR | S_IXUSR);
+    EXPECT_FALSE(isReached());
+    ::chmod((temp / "item/closed").c_str(), S_IRWXU);
+  });
 }
 
 TEST(DirectoryLock, KeepsOthersOutUntilItsTimeout) {

@@ -1,7 +1,12 @@
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 
 #include "platform/linux/property_list_file.h"
+#include "platform/preferences.h"
+#include "platform/process_environment.h"
 #include "support/every_kind.h"
+#include "support/processes.h"
+#include "support/temp_directory.h"
 
 namespace wendle {
 namespace {
@@ -63,6 +68,24 @@ TEST(PropertyListFile, IsNoneForWhatWouldTakeUnboundedStackOrMemory) {
   std::string loop = nestedBinary(2, 1);
   loop[10] = 0;  // the reference
   EXPECT_FALSE(parsePropertyList(loop));
+}
+
+TEST(Preferences, StayAsTheyAreOnAFullDisk) {
+  const TempDirectory temp;
+  temp.directory("Library/Preferences");
+  inFork([&] {
+    initProcessState();  // a file that grows too large is no signal then
+    ::setenv("HOME", (temp / "").c_str(), 1);
+    const rlimit limit{100, RLIM_INFINITY};
+    ::setrlimit(RLIMIT_FSIZE, &limit);
+    UserDefaults defaults("domain");
+    defaults.setObject({std::string("short")}, "key");
+    EXPECT_TRUE(defaults.synchronize());
+    defaults.setObject({std::string(100, 'x')}, "key");
+    EXPECT_FALSE(defaults.synchronize());
+    EXPECT_EQ(UserDefaults("domain").objectForKey("key"), PropertyList{std::string("short")});
+  });
+  EXPECT_EQ(temp.contents().size(), 3U);  // no temporary file is left
 }
 
 }  // namespace

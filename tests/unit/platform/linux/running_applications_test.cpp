@@ -55,6 +55,7 @@ TEST(RunningApplications, AreThisUsersOwnAlsoForTheSuperuser) {
   const std::string program = temp / "sleep";
   std::filesystem::copy_file("/bin/sleep", program);
   const Sleeper own(program, ::getuid(), "__CFBundleIdentifier=own");
+  const Sleeper resembling(program, ::getuid(), "LAUNCHED_BY__CFBundleIdentifier=own");
   EXPECT_EQ(runningApplicationsWithBundleIdentifier("own").size(), 1U);
   if (::getuid() != 0) GTEST_SKIP() << "only the superuser can start another user's process";
   ::chmod((temp / "").c_str(), 0711);
