@@ -5,6 +5,9 @@
 
 #include <algorithm>
 #include <functional>
+#include <iterator>
+#include <regex>
+#include <sstream>
 #include <utility>
 
 #include "base/unique_fd.h"
@@ -83,47 +86,32 @@ std::string deleted(const std::string& url) {
 }
 
 // Copies of the agent at these places, which the index lists in the order of their paths.
-std::function<void(SimulatedMac&)> copies(const Lines& paths) {
+std::function<void(SimulatedMac&)> copies(const Lines& places) {
   return [=](SimulatedMac& mac) {
-    for (const std::string& path : paths) mac.addBundle(path, agent);
+    for (const std::string& path : places) mac.addBundle(path, agent);
   };
 }
 
-// The numbers behind .wrp must be plain and have 64 bits; the copy itself can be what is exempt.
-const Lines exempt{"/Volumes/Backup/A.app",
-                   "/builds/a.wrp8",
-                   "/builds/x.wrp-2/A.app",
-                   "/builds/x.wrp0/A.app",
-                   "/builds/x.wrp7/deep/A.app",
-                   "/builds/x.wrp9223372036854775807/A.app",
-                   home + "/Build/DerivedData/A.app",
-                   home + "/Clone/deep/A.app",
-                   home + "/Held.app",
-                   home + "/Old.BackupDB/deep/A.app",
-                   home + "/Old/A.backupdb",
-                   home + "/Old/VolumesOfPat/A.app"};
-const Lines notExempt{"/A.app",
-                      "/builds/.wrp6/A.app",
-                      "/builds/x.wrp+1/A.app",
-                      "/builds/x.wrp-0/A.app",
-                      "/builds/x.wrp/x.wxp7/A.app",
-                      "/builds/x.wrp07/A.app",
-                      "/builds/x.wrp5.old/A.app",
-                      "/builds/x.wrp99999999999999999999/A.app",
-                      "/builds/x.wrp1x/A.app",
-                      "/builds/x.wrpx/A.app",
-                      home + "/Build/DerivedDataOld/A.app",
-                      home + "/Build/OldDerivedData/A.app",
-                      home + "/Capital.wrp7/A.app",
-                      home + "/NoClone/deep/A.app",
-                      home + "/Old/.backupdb/A.app",
-                      home + "/Old/backupdb/A.app",
-                      home + "/Old/volumes/A.app",
-                      home + "/Old/x.backupdb.old/A.app",
-                      home + "/Old/x.backupdb2/A.app"};
+// Paths parted by blanks and line ends, with ~ for the home directory.
+Lines paths(const std::string& text) {
+  std::istringstream words(std::regex_replace(text, std::regex("~"), home));
+  return {std::istream_iterator<std::string>(words), {}};
+}
+
+// The number behind .wrp must be plain and have 64 bits; the copy itself can be what is exempt.
+const Lines exempt = paths(R"(
+  /Volumes/Backup/A.app /builds/a.wrp8 /builds/x.wrp-2/A.app /builds/x.wrp0/A.app /builds/x.wrp7/deep/A.app
+  /builds/x.wrp9223372036854775807/A.app ~/Build/DerivedData/A.app ~/Clone/deep/A.app ~/Held.app
+  ~/Old.BackupDB/deep/A.app ~/Old/A.backupdb ~/Old/VolumesOfPat/A.app)");
+const Lines notExempt = paths(R"(
+  /A.app /builds/.wrp6/A.app /builds/x.wrp+1/A.app /builds/x.wrp-0/A.app /builds/x.wrp/x.wxp7/A.app
+  /builds/x.wrp07/A.app /builds/x.wrp5.old/A.app /builds/x.wrp99999999999999999999/A.app
+  /builds/x.wrp1x/A.app /builds/x.wrpx/A.app ~/Build/DerivedDataOld/A.app ~/Build/OldDerivedData/A.app
+  ~/Capital.wrp7/A.app ~/NoClone/deep/A.app ~/Old/.backupdb/A.app ~/Old/backupdb/A.app
+  ~/Old/volumes/A.app ~/Old/x.backupdb.old/A.app ~/Old/x.backupdb2/A.app)");
 
 void addCopiesEverywhere(SimulatedMac& mac) {
-  for (const Lines& paths : {exempt, notExempt}) copies(paths)(mac);
+  for (const Lines& places : {exempt, notExempt}) copies(places)(mac);
   // What makes a safety net: a directory above the copy, but not in the root folder, and not a plain file.
   mac.addDirectory("/_CCC SafetyNet");
   mac.addDirectory(home + "/Clone/_CCC SafetyNet");
@@ -131,10 +119,10 @@ void addCopiesEverywhere(SimulatedMac& mac) {
   mac.addFile(home + "/NoClone/_CCC SafetyNet");
 }
 
-Lines deletedFolders(Lines paths) {
-  std::sort(paths.begin(), paths.end());
-  for (std::string& path : paths) path = deleted(path + "/");
-  return paths;
+Lines deletedFolders(Lines places) {
+  std::sort(places.begin(), places.end());
+  for (std::string& path : places) path = deleted(path + "/");
+  return places;
 }
 
 Lines both(Lines some, const Lines& others) {

@@ -3,12 +3,7 @@
 #include <sys/stat.h>
 
 #include <algorithm>
-#include <cstdlib>
-#include <ctime>
-#include <filesystem>
-#include <sstream>
 
-#include "report/run_report.h"
 #include "support/run_result.h"
 
 namespace wendle::test {
@@ -211,29 +206,6 @@ TEST(ReportTest, FailsWhenItCannotBeWritten) {
     EXPECT_EQ(seen.outcome, "exit 2");
     EXPECT_EQ(seen.err, complaint("cannot write the report: No space left on device"));
   }
-  const auto rehearse =
-      std::filesystem::canonical("/proc/self/exe").replace_filename("simulated_mac_rehearse");
-  for (const std::string argument : {"--updates", "--help"}) {
-    const std::string command = (std::ostringstream() << rehearse << " " << argument << " >/dev/full").str();
-    EXPECT_EQ(WEXITSTATUS(std::system(command.c_str())), 2) << argument;
-  }
-}
-
-// Of the processor.
-std::clock_t timeForItems(int count) {
-  LogText log{{{{}, RecordKind::progress, "", "Wendle Uninstaller - started in full mode"}}, {}, false};
-  for (int i = 0; i < count; ++i) {
-    const std::string item = "Delete Folder - file:///" + std::to_string(i);
-    log.records.push_back({{}, RecordKind::progress, "", item + "/ - success"});
-    log.records.push_back({{}, RecordKind::error, "", item + noSuchFile});
-  }
-  const std::clock_t before = std::clock();
-  EXPECT_TRUE(makeReport(log)->notThere.empty());
-  return std::clock() - before;
-}
-
-TEST(ReportTest, TakesTimeInProportionToTheItems) {
-  EXPECT_LT(timeForItems(40'000), 24 * timeForItems(5'000));
 }
 
 }  // namespace

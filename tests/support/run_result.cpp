@@ -54,11 +54,11 @@ std::string withoutVariableNames(const std::string& text) {
 }
 
 std::string withoutTime(const std::string& record) {
-  static const std::regex form(
-      R"(^\d{4}-\d\d-\d\dT\d\d:\d\d:\d\d\.\d{3}Z (\[(1|4|error)\] (uninstaller|module): .*)$)");
-  std::smatch match;
-  EXPECT_TRUE(std::regex_match(record, match, form)) << "no record: " << record;
-  const std::string line = withoutVariableNames(match[1]);
+  static const std::regex begin(
+      R"(\d{4}-\d\d-\d\dT\d\d:\d\d:\d\d\.\d{3}Z (?=\[(1|4|error)\] (uninstaller|module): ))");
+  std::smatch time;
+  EXPECT_TRUE(std::regex_search(record, time, begin, std::regex_constants::match_continuous)) << record;
+  const std::string line = withoutVariableNames(time.suffix());
   return isOfMacos() ? withErrorsOfLinux(line) : line;
 }
 

@@ -1,11 +1,7 @@
 #include <fcntl.h>
 #include <sys/resource.h>
 
-#include <atomic>
-#include <thread>
-
 #include "logging/log_file.h"
-#include "logging/logger.h"
 #include "platform/process_environment.h"
 #include "support/each.h"
 #include "support/processes.h"
@@ -34,27 +30,6 @@ TEST(LogRecord, IsOneEscapedLine) {
       "\\xe2\\x80\\xa8\\xe2\\x80\\xae\\xe2\\x81\\xa6\\xe2\\x81\\xa9\n");
   EXPECT_EQ(escapedText("\u00A0\u200D\u2027\u202F\u2065\u206A\x9B"),
             "\u00A0\u200D\u2027\u202F\u2065\u206A\x9B");
-}
-
-TEST(Logger, WritesOneRecordAfterTheOther) {
-  struct Destination : LogDestination {
-    std::atomic<int> writers = 0;
-    std::atomic<bool> isShared = false;
-    void write(std::string_view) override {
-      if (++writers > 1) isShared = true;
-      std::this_thread::yield();
-      --writers;
-    }
-  };
-  const auto destination = std::make_shared<Destination>();
-  const auto logger = Logger::module().subLogger("a", {destination}, InheritDestinations::no);
-  const auto log = [&] {
-    for (int i = 0; i < 10'000; ++i) logger->log(LogLevel::progress, "");
-  };
-  std::thread other(log);
-  log();
-  other.join();
-  EXPECT_FALSE(destination->isShared);
 }
 
 TEST(LogFile, IsMadePrivateWithTheFirstRecord) {

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <csignal>
-#include <future>
 #include <iostream>
 #include <limits>
 
@@ -12,7 +11,6 @@
 #include "platform/macos/foundation_values.h"
 #include "platform/preferences.h"
 #include "platform/process_environment.h"
-#include "platform/queues.h"
 #include "platform/running_applications.h"
 #include "support/every_kind.h"
 #include "support/processes.h"
@@ -53,11 +51,6 @@ TEST(Bookmark, IsOfAnItemThatExists) {
   EXPECT_FALSE(bookmarkData(FileUrl::fileUrlWithPath(temp / "missing")));
 }
 
-TEST(UniqueIdentifier, IsAnotherEachTime) {
-  EXPECT_EQ(makeUniqueIdentifier().size(), 36U);
-  EXPECT_NE(makeUniqueIdentifier(), makeUniqueIdentifier());
-}
-
 TEST(StandardDirectories, AreWhereTheModesLook) {
   const std::string home = homeDirectoryPath();
   EXPECT_EQ(systemDirectoryPath(StandardDirectory::userLibrary), home + "/Library");
@@ -69,12 +62,6 @@ TEST(StandardDirectories, AreWhereTheModesLook) {
 
 TEST(RunningApplications, OfAnIdentifierThatNobodyHasAreNone) {
   EXPECT_TRUE(runningApplicationsWithBundleIdentifier("com.example.nobody").empty());
-}
-
-TEST(UtilityQueue, RunsItsWorkOnAnotherThread) {
-  std::promise<std::thread::id> ran;
-  asyncOnUtilityQueue([&] { ran.set_value(std::this_thread::get_id()); });
-  EXPECT_NE(ran.get_future().get(), std::this_thread::get_id());
 }
 
 // Ends the process as an Objective-C exception that nothing catches does.
