@@ -129,7 +129,8 @@ void makeUndeletable(mac::SimulatedMac& mac) {
   setMode(mac, support + "/unreadable", 0300);
   setMode(mac, "/Users/Shared/Wendle/kept/deep", 0500);
   setMode(mac, mac::home + "/Library/LaunchAgents", 0500);
-  setMode(mac, "/Applications/Wendle.app/Contents/Helpers", 0500);
+  for (const char* part : {"/WendleAgent.app/Contents", ""})
+    setMode(mac, std::string("/Applications/Wendle.app/Contents/Helpers") + part, 0500);
   setMode(mac, "/Applications", 0555);
 }
 
