@@ -77,31 +77,26 @@ TEST(ConsoleUserTest, HasTheClientTakenOutWholeWhateverTheCallerIsLike) {
 TEST(ConsoleUserTest, DeletesAsRootOnlyTheClientsApplications) {
   SimulatedMac mac = SimulatedMac::scratch();
   const std::string client = "com.wendle.DesktopClient";
-  mac.addBundle("/Applications/The client's.app", client);
+  for (const char* copy :
+       {"The client's", "Deeper/Wendle", "Line\nfeed", "Cut off", "Wendle/Copy", "Wendle/Deeper/Copy"})
+    mac.addBundle(std::string("/Applications/") + copy + ".app", client);
+  for (const char* copy : {"/Mine.app", "/Users/pat/Mine.app"}) mac.addBundle(copy, client);
   mac.addBundle("/Applications/Fabrikam Notes.app", "com.fabrikam.Notes");
   mac.addBundle("/Applications/Resembles.app", client + "X");
-  mac.addBundle("/Applications/Deeper/Wendle.app", client);
-  mac.addBundle("/Applications/Line\nfeed.app", client);
-  mac.addBundle("/Applications/Cut off.app", client);
-  mac.addBundle("/Users/pat/Mine.app", client);
-  mac.addLink("/Applications/Link.app", "/Users/pat/Mine.app");
+  for (const char* link : {"Link.app", "Wendle.app"})
+    mac.addLink(std::string("/Applications/") + link, "/Users/pat/Mine.app");
   mac.addLink("/Applications/Borrowed.app/Contents", "/Users/pat/Mine.app/Contents");
   mac.addLink("/Applications/Lent.app/Contents/Info.plist", "/Users/pat/Mine.app/Contents/Info.plist");
   mac.addFile("/Applications/No.app/Contents/Info.plist", "no property list");
-  mac.addLink("/Applications/Wendle.app", "/Users/pat/Mine.app");
-  mac.addBundle("/Applications/Wendle/Copy.app", client);
-  mac.addBundle("/Applications/Wendle/Deeper/Copy.app", client);
-  mac.addBundle("/Mine.app", client);
   const std::string info = mac.read("/Mine.app/Contents/Info.plist");
-  for (const char* folder : {"", "/Applications"})
-    mac.addFile(std::string(folder) + "/Contents/Info.plist", info);
+  for (const char* directory : {"", "/Applications"})
+    mac.addFile(std::string(directory) + "/Contents/Info.plist", info);
   std::string named;
   for (const char* path :
-       {"The client's.app", "Fabrikam Notes.app", "Resembles.app", "Deeper/Wendle.app", "Wendle/Copy.app",
-        "Wendle/Deeper/Copy.app", "Line\nfeed.app", "Link.app", "Borrowed.app", "Lent.app", "No.app",
-        "../Users/pat/Mine.app", "./Lent.app", "..", ".", "", "None.app"}) {
-    named += std::string("/Applications/") + path + '\0';
-  }
+       {"/The client's.app", "/Fabrikam Notes.app", "/Resembles.app", "/Deeper/Wendle.app",
+        "/Wendle/Copy.app", "/Wendle/Deeper/Copy.app", "/Line\nfeed.app", "/Link.app", "/Borrowed.app",
+        "/Lent.app", "/No.app", "/../Users/pat/Mine.app", "/./Lent.app", "/..", "/.", "/", "/None.app"})
+    named += std::string("/Applications") + path + '\0';
   for (const char* path : {"/Users/pat/Mine.app", "Mine.app", "/", ""}) named += std::string(path) + '\0';
   named += "/Applications/Cut off.app";
   install(mac, named);

@@ -173,14 +173,10 @@ TEST(SharedDirectoryTest, KeepsWhatAnotherUserPutThere) {
 
 // Whether the log, or a list that the tools share, lies below: without it there is nothing to compare.
 bool isNeeded(const std::string& directory) {
-  const Lines needed{mac::home + "/Library/Logs/Wendle",
-                     mac::keychainFile,
-                     mac::approvalsFile,
-                     mac::electionsFile,
-                     mac::jobsFile,
-                     mac::dockFile};
-  return std::ranges::any_of(needed,
-                             [&](const std::string& file) { return file.starts_with(directory + "/"); });
+  static const std::string needed =
+      joined({mac::home + "/Library/Logs/Wendle", mac::keychainFile, mac::approvalsFile, mac::electionsFile,
+              mac::jobsFile, mac::dockFile});
+  return needed.find(directory + "/") != needed.npos;
 }
 
 // An account made of the installed client's items: some left out, some directories closed, and among what

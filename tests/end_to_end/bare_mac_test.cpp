@@ -99,19 +99,22 @@ Lines paths(const std::string& text) {
 }
 
 // The number behind .wrp must be plain and have 64 bits; the copy itself can be what is exempt.
-const Lines exempt = paths(R"(
+const std::string exemptPaths = R"(
   /Volumes/Backup/A.app /builds/a.wrp8 /builds/x.wrp-2/A.app /builds/x.wrp0/A.app /builds/x.wrp7/deep/A.app
   /builds/x.wrp9223372036854775807/A.app ~/Build/DerivedData/A.app ~/Clone/deep/A.app ~/Held.app
-  ~/Old.BackupDB/deep/A.app ~/Old/A.backupdb ~/Old/VolumesOfPat/A.app)");
-const Lines notExempt = paths(R"(
+  ~/Old.BackupDB/deep/A.app ~/Old/A.backupdb ~/Old/VolumesOfPat/A.app
+)";
+const std::string otherPaths = R"(
   /A.app /builds/.wrp6/A.app /builds/x.wrp+1/A.app /builds/x.wrp-0/A.app /builds/x.wrp/x.wxp7/A.app
   /builds/x.wrp07/A.app /builds/x.wrp5.old/A.app /builds/x.wrp99999999999999999999/A.app
   /builds/x.wrp1x/A.app /builds/x.wrpx/A.app ~/Build/DerivedDataOld/A.app ~/Build/OldDerivedData/A.app
   ~/Capital.wrp7/A.app ~/NoClone/deep/A.app ~/Old/.backupdb/A.app ~/Old/backupdb/A.app
-  ~/Old/volumes/A.app ~/Old/x.backupdb.old/A.app ~/Old/x.backupdb2/A.app)");
+  ~/Old/volumes/A.app ~/Old/x.backupdb.old/A.app ~/Old/x.backupdb2/A.app)";
+const Lines exempt = paths(exemptPaths), notExempt = paths(otherPaths),
+            everywhere = paths(exemptPaths + otherPaths);
 
 void addCopiesEverywhere(SimulatedMac& mac) {
-  for (const Lines& places : {exempt, notExempt}) copies(places)(mac);
+  copies(everywhere)(mac);
   // What makes a safety net: a directory above the copy, but not in the root folder, and not a plain file.
   mac.addDirectory("/_CCC SafetyNet");
   mac.addDirectory(home + "/Clone/_CCC SafetyNet");
@@ -123,11 +126,6 @@ Lines deletedFolders(Lines places) {
   std::sort(places.begin(), places.end());
   for (std::string& path : places) path = deleted(path + "/");
   return places;
-}
-
-Lines both(Lines some, const Lines& others) {
-  some.insert(some.end(), others.begin(), others.end());
-  return some;
 }
 
 std::string gone(const std::string& url) {
@@ -172,8 +170,8 @@ INSTANTIATE_TEST_SUITE_P(
         {"NoPlaceIsExemptInFullMode",
          "full",
          addCopiesEverywhere,
-         {agentPermissions, after(search, deletedFolders(both(exempt, notExempt)))},
-         both(exempt, notExempt)},
+         {agentPermissions, after(search, deletedFolders(everywhere))},
+         everywhere},
         {"NestedContainersGoWithTheFirst",
          "soft",
          addNestedContainers,

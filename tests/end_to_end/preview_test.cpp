@@ -100,19 +100,8 @@ TEST(LeftoversTest, NameWhatIsStillThereAndWhatNoModeTakesAway) {
   EXPECT_EQ(json::parse(seen.out).at("traces"), json(traces));
 }
 
-TEST(ReportTest, RefusesAQuestionThatMakesNoSense) {
+TEST(PreviewTest, IsNoneWhenAToolIsMissing) {
   mac::SimulatedMac mac = mac::SimulatedMac::scratch();
-  for (const Lines& question : {Lines{"preview"},
-                                {"preview", "--hrd"},
-                                {"preview", "--hard", "--soft"},
-                                {"preview", "--hard", "x"},
-                                {"preview", "--hard", "--json", "--needs-root"},
-                                {"leftovers", "--hard"},
-                                {"leftovers", "--since", "1"}}) {
-    const RunResult seen = runReport(mac, question);
-    EXPECT_EQ(seen.outcome + seen.out, "exit 2") << joined(question);
-    EXPECT_TRUE(seen.err.starts_with("wendle-uninstall-report: ") && std::ranges::count(seen.err, '\n') == 1);
-  }
   mac.setFault({"mdfind", 1, mac::FaultKind::missing});
   const RunResult seen = runReport(mac, {"preview", "--soft"});
   EXPECT_EQ(seen.outcome + seen.out, "exit 2");

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "simulated_mac/shared.h"
 #include "support/run_result.h"
 
 namespace wendle::test {
@@ -168,13 +169,28 @@ TEST(ReportTest, TakesTheNewestLogAndRefusesWrongUse) {
   EXPECT_TRUE(runReport(mac, {"--help"}).out.starts_with("usage: "));
   EXPECT_EQ(runReport(mac, {"/no\nthing"}).err,
             complaint("cannot open /no\\nthing: No such file or directory"));
-  for (const Lines& arguments :
-       {Lines{"--jsno"}, Lines{"/a", "/a"}, Lines{""}, Lines{"/nothing"}, Lines{"/Users"}, Lines{"--since"},
-        Lines{"--since", "-1"}, Lines{"--since", "2016-11-21"}, Lines{"--since", "2016-11-21T24:00:00Z"},
-        Lines{"--process"}, Lines{"--process", "09"}, Lines{"--process", "0"},
-        Lines{"--process", "1", "/a"}}) {
-    const RunResult seen = runReport(mac, arguments);
-    EXPECT_EQ(seen.outcome + seen.out, "exit 2") << joined(arguments);
+  for (const std::string words : {"--jsno",
+                                  "/a /a",
+                                  " ",
+                                  "/nothing",
+                                  "/Users",
+                                  "--since",
+                                  "--since -1",
+                                  "--since 2016-11-21",
+                                  "--since 2016-11-21T24:00:00Z",
+                                  "--process",
+                                  "--process 09",
+                                  "--process 0",
+                                  "--process 1 /a",
+                                  "preview",
+                                  "preview --hrd",
+                                  "preview --hard --soft",
+                                  "preview --hard x",
+                                  "preview --hard --json --needs-root",
+                                  "leftovers --hard",
+                                  "leftovers --since 1"}) {
+    const RunResult seen = runReport(mac, mac::split(words, ' '));
+    EXPECT_EQ(seen.outcome + seen.out, "exit 2") << words;
     EXPECT_EQ(std::count(seen.err.begin(), seen.err.end(), '\n'), 1) << seen.err;
   }
 }

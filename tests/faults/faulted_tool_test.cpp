@@ -173,13 +173,5 @@ INSTANTIATE_TEST_SUITE_P(
                         Misbehaviour{"ReadsInput", Harm::none, {"", 1, FaultKind::readsInput}})),
     toName);
 
-INSTANTIATE_TEST_SUITE_P(
-    ToolsOfOtherModes, FaultedToolTest,
-    testing::Combine(testing::Values("hard", "full"),
-                     testing::Values(Misbehaviour{"Missing", Harm::fromThenOn, {"", 1, FaultKind::missing}},
-                                     Misbehaviour{
-                                         "Exits", Harm::inOneRun, {"", 1, FaultKind::exits, 3, "refused."}})),
-    toName);
-
 }  // namespace
 }  // namespace wendle::test

@@ -1,8 +1,7 @@
-// What starts the uninstaller in a session: the client, an application in a process group of its own, or
-// somebody who does not listen. Ends with 0 when everything ended as it should.
+// What starts the uninstaller in a session: the client, an application in a process group of its own. Ends
+// with 0 when everything ended as it should.
 //
 //   launcher_probe client IDENTIFIER PROGRAM ARGUMENTS...
-//   launcher_probe deaf PROGRAM ARGUMENTS...    its standard output is a pipe that nobody reads any more
 #include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -60,20 +59,11 @@ int superviseClient(char* self, char* identifier, char** command) {
   return end == succeeded ? 0 : 3;
 }
 
-int runDeaf(char** command) {
-  int ends[2];
-  if (::pipe(ends) != 0 || ::dup2(ends[1], STDOUT_FILENO) < 0) return 4;
-  ::close(ends[0]);
-  ::close(ends[1]);
-  ::execv(command[0], command);
-  return 5;
-}
-
 }  // namespace
 
 int main(int argc, char** argv) {
   if (argc < 4) return 1;
   const std::string_view role = argv[1];
   if (role == "application") runClient(argv + 2);
-  return role == "deaf" ? runDeaf(argv + 2) : superviseClient(argv[0], argv[2], argv + 3);
+  return superviseClient(argv[0], argv[2], argv + 3);
 }

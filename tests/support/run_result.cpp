@@ -139,9 +139,9 @@ Lines logIn(const Lines& sequence) {
 }
 
 Lines journalIn(const Lines& sequence) {
-  Lines journal;
-  for (const std::string& line : sequence)
-    if (line.starts_with(runMark)) journal.push_back(line.substr(runMark.size()));
+  Lines journal = sequence;
+  std::erase_if(journal, [](const std::string& line) { return !line.starts_with(runMark); });
+  for (std::string& line : journal) line.erase(0, runMark.size());
   return journal;
 }
 
