@@ -20,7 +20,7 @@ std::string toUrl(const std::string& path) {
   return FileUrl::fileUrlWithDirectoryPath(path).absoluteString();
 }
 
-// Each file URL once, with a slash at the end, which a preview's path cannot have.
+// Each file URL once, as a preview has it, and with a slash at the end, which its paths cannot have.
 void appendUrl(Lines& urls, std::string item) {
   if (!item.ends_with('/')) item += '/';
   if (item.starts_with("file://") && std::ranges::count(urls, item) == 0) urls.push_back(item);
@@ -35,7 +35,7 @@ Outcome toOutcome(const json& preview) {
   Outcome outcome;
   for (const json& item : preview.at("items")) {
     if (item.contains("path"))
-      appendUrl(item.contains("because") ? outcome.failed : outcome.removed, toUrl(item["path"]));
+      (item.contains("because") ? outcome.failed : outcome.removed).push_back(toUrl(item["path"]));
   }
   return outcome;
 }

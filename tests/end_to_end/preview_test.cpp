@@ -93,6 +93,8 @@ TEST(LeftoversTest, NameWhatIsStillThereAndWhatNoModeTakesAway) {
     if (!trace.ends_with("/Wendle")) mac.addFile(trace);
   }
   mac.addFile(library + "Caches/com.wendle.DesktopClientX");  // its name only resembles
+  const json before = json::parse(runReport(mac, {"leftovers", "--json"}).out);
+  EXPECT_EQ(before.at("traces"), json(Lines(traces.begin(), traces.end() - 1)));
   EXPECT_EQ(runReport(mac, {"leftovers"}).outcome, "exit 1");
   EXPECT_EQ(runUninstaller(mac, {"--full"}).outcome, "exit 0");
   const RunResult seen = runReport(mac, {"leftovers", "--json"});

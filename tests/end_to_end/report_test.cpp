@@ -167,28 +167,16 @@ TEST(ReportTest, TakesTheNewestLogAndRefusesWrongUse) {
   mac.addFile("/a", makeLog("full", {"[4] uninstaller: a\\n\\x1b\u2028"}));
   EXPECT_NE(runReport(mac, {"/a"}).out.find("\n  a\\n\\x1b\\xe2\\x80\\xa8\n"), std::string::npos);
   EXPECT_TRUE(runReport(mac, {"--help"}).out.starts_with("usage: "));
+  EXPECT_EQ(runReport(mac, {"/Users"}).err, complaint("cannot read /Users: Is a directory"));
   EXPECT_EQ(runReport(mac, {"/no\nthing"}).err,
             complaint("cannot open /no\\nthing: No such file or directory"));
-  for (const std::string words : {"--jsno",
-                                  "/a /a",
-                                  " ",
-                                  "/nothing",
-                                  "/Users",
-                                  "--since",
-                                  "--since -1",
-                                  "--since 2016-11-21",
-                                  "--since 2016-11-21T24:00:00Z",
-                                  "--process",
-                                  "--process 09",
-                                  "--process 0",
-                                  "--process 1 /a",
-                                  "preview",
-                                  "preview --hrd",
-                                  "preview --hard --soft",
-                                  "preview --hard x",
-                                  "preview --hard --json --needs-root",
-                                  "leftovers --hard",
-                                  "leftovers --since 1"}) {
+  for (const std::string words :
+       {"--jsno", "/a /a", " ", "/nothing",
+
+        "--since", "--since -1", "--since 2016-11-21", "--since 2016-11-21T24:00:00Z", "--process",
+        "--process 09", "--process 0", "--process 1 /a", "preview", "preview --hrd", "preview --hard --soft",
+        "preview --hard x", "preview --hard --json --needs-root", "leftovers --hard",
+        "leftovers --since 1"}) {
     const RunResult seen = runReport(mac, mac::split(words, ' '));
     EXPECT_EQ(seen.outcome + seen.out, "exit 2") << words;
     EXPECT_EQ(std::count(seen.err.begin(), seen.err.end(), '\n'), 1) << seen.err;

@@ -98,10 +98,12 @@ TEST(FileTree, RemovesWhatItFoundFromWhereItWas) {
       "kept", [&](const auto& file) { return temp.text(file); }, bystanders);
 }
 
-TEST(RemovalForecast, IsThatNothingInAnUnlistedDirectoryIsReached) {
+TEST(RemovalForecast, CountsPlainFilesAndReachesNothingInAnUnlistedDirectory) {
   inForkAsOrdinaryUser([] {
     const TempDirectory temp;
     temp.file("item/closed/in/file");
+    temp.link("item/link", temp / "bystander");
+    EXPECT_EQ(forecastRemoval(temp / "item")->size, std::string("kept").size());
     const auto isReached = [&] { return isReachedByRemoval(temp / "item", temp / "item/closed/in/file"); };
     EXPECT_TRUE(isReached());
     ::chmod((temp / "item/closed").c_str(), S_IWUSR | S_IXUSR);

@@ -67,21 +67,23 @@ TEST(PropertyListFile, IsNoneForWhatWouldTakeUnboundedStackOrMemory) {
   EXPECT_FALSE(parsePropertyList(loop));
 }
 
-TEST(Preferences, StayAsTheyAreOnAFullDisk) {
+TEST(Preferences, KeepTheirFormatAndStayAsTheyAreOnAFullDisk) {
   const TempDirectory temp;
-  temp.directory("Library/Preferences");
+  std::ofstream(temp.file("Library/Preferences/domain.plist"))
+      << serialized({{PropertyListDictionary()}, PropertyListFormat::xml});
   inFork([&] {
     initProcessState();  // a file that grows too large is no signal then
     ::setenv("HOME", (temp / "").c_str(), 1);
-    const rlimit limit{100, RLIM_INFINITY};
+    const rlimit limit{1000, RLIM_INFINITY};
     ::setrlimit(RLIMIT_FSIZE, &limit);
     UserDefaults defaults("domain");
     defaults.setObject({std::string("short")}, "key");
     EXPECT_TRUE(defaults.synchronize());
-    defaults.setObject({std::string(100, 'x')}, "key");
+    defaults.setObject({std::string(1000, 'x')}, "key");
     EXPECT_FALSE(defaults.synchronize());
     EXPECT_EQ(UserDefaults("domain").objectForKey("key"), PropertyList{std::string("short")});
   });
+  EXPECT_TRUE(temp.text("Library/Preferences/domain.plist").starts_with("<?xml"));
   EXPECT_EQ(temp.contents().size(), 3U);  // no temporary file is left
 }
 
