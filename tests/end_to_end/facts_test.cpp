@@ -1,7 +1,6 @@
 // What the simulated Mac claims of macOS's tools is one table: it holds here, and the page shows it.
 #include <gtest/gtest.h>
 
-#include <cstdio>
 #include <fstream>
 #include <sstream>
 
@@ -22,15 +21,13 @@ TEST(FactsTest, HoldInTheSimulatedMac) {
 }
 
 TEST(FactsTest, StandInThePageAboutTheSimulatedMac) {
-  FILE* ledger = ::popen(("'" + source + "/simulated_mac/facts/ledger'").c_str(), "r");
-  ASSERT_NE(ledger, nullptr);
-  std::string table;
-  for (int c = std::fgetc(ledger); c != EOF; c = std::fgetc(ledger)) table += static_cast<char>(c);
-  EXPECT_EQ(::pclose(ledger), 0);
+  mac::SimulatedMac mac = mac::SimulatedMac::scratch();
+  const mac::SessionResult ledger = mac.run("/bin/bash", {"/host" + source + "/simulated_mac/facts/ledger"},
+                                            {.environment = {"PATH=/usr/bin:/host/usr/bin"}});
   std::stringstream page;
   page << std::ifstream(source + "/docs/simulated-mac.md").rdbuf();
-  EXPECT_NE(page.str().find("\n\n" + table + "\n"), std::string::npos)
-      << "docs/simulated-mac.md has another table than simulated_mac/facts/ledger prints";
+  EXPECT_NE(page.str().find("\n\n" + ledger.out + "\n"), std::string::npos)
+      << "docs/simulated-mac.md has another table than simulated_mac/facts/ledger prints: " << ledger.err;
 }
 
 }  // namespace

@@ -44,11 +44,6 @@ TEST(ExportedClasses, HaveOneInstanceAlsoForConcurrentFirstCalls) {
   EXPECT_EQ(send(mac, {"instances"}).out, "one uninstaller yes\none manager yes\none bundle yes\n");
 }
 
-TEST(ExportedClasses, RunAMode) {
-  SimulatedMac mac = SimulatedMac::scratch();
-  EXPECT_EQ(joined(send(mac, {"updates"}).journal), joined(journalIn(expectedLines("bare.txt", "updates"))));
-}
-
 TEST(ExportedClasses, AskApplicationsToQuit) {
   SimulatedMac mac = SimulatedMac::scratch();
   for (const char* identifier : {"com.wendle.DesktopClient", "com.wendle.DesktopClient.WendleAgent"})
@@ -123,12 +118,8 @@ TEST(Imports, EndTheProgramRatherThanGuess) {
   SimulatedMac mac = SimulatedMac::scratch();
   EXPECT_EQ(std::regex_replace(send(mac, {"unknown"}).err, std::regex("macos_program: "), ""),
             R"(unlinkat has an argument that is unknown here: 2048.
-chflags has an argument that is unknown here: 4.
 posix_spawn has a flag that is unknown here: 128.
-sigaction has a flag or a mask, which are unknown here.
-the clock 9 is unknown here.
 a lock begins with a word that is unknown here.
-a global queue of the class 33 is unknown here.
 the standard directory 9 in the domain 1 is unknown here.
 )");
 }

@@ -66,8 +66,6 @@ void askSharedInstances() {
   printWhether("one bundle", [resources bundle] == [resources bundle] && [resources bundle] != nil);
 }
 
-void runUpdates() { [[uninstallerClass() shared] runInUpdatesMode]; }
-
 void terminateDesktop() {
   [objc_getClass("NSRunningApplication")
       terminateRunningApplicationsWithBundleIdentifier:@"com.wendle.DesktopClient"];
@@ -165,16 +163,11 @@ void call(const char* import, A... arguments) {
 // Calls with an argument that only macOS knows, each in a process of its own, which it should end.
 void askForTheUnknown() {
   static long long zeroes[8], recursiveMutex[8] = {0x32AAABA2};
-  static const int signalFlags[] = {0, 0, 0, 0x20};
   static void* attributes = zeroes;
   const std::function<void()> calls[] = {
       [] { call("_unlinkat", -2, "/nothing", 0x800); },              // AT_SYMLINK_NOFOLLOW_ANY
-      [] { call("_fchflags", 0, 0x4); },                             // UF_APPEND
       [] { call("_posix_spawnattr_setflags", &attributes, 0x80); },  // POSIX_SPAWN_START_SUSPENDED
-      [] { call("_sigaction", 15, signalFlags, nullptr); },          // SA_NOCLDWAIT
-      [] { call("_clock_gettime", 9, zeroes); },                     // CLOCK_UPTIME_RAW_APPROX
       [] { call("_pthread_mutex_lock", recursiveMutex); },
-      [] { call("_dispatch_get_global_queue", 0x21L, 0L); },              // QOS_CLASS_USER_INTERACTIVE
       [] { call("_NSSearchPathForDirectoriesInDomains", 9L, 1L, YES); },  // NSDocumentDirectory
   };
   for (const auto& each : calls) {
@@ -199,7 +192,6 @@ int main() {
   wendle::macho::startFoundation();
   const wendle::macho::Image& image = wendle::macho::Image::load(arguments[0]);
   if (verb == "instances") askSharedInstances();
-  if (verb == "updates") runUpdates();
   if (verb == "terminate") terminateDesktop();
   if (verb == "manager") askManager();
   if (verb == "change") changeTile([managerClass() sharedInstance], fileUrl(argument), false);

@@ -11,7 +11,6 @@
 #include "platform/macos/foundation_values.h"
 #include "platform/preferences.h"
 #include "platform/process_environment.h"
-#include "platform/running_applications.h"
 #include "support/every_kind.h"
 #include "support/processes.h"
 #include "support/temp_directory.h"
@@ -58,10 +57,6 @@ TEST(StandardDirectories, AreWhereTheModesLook) {
             home + "/Library/Application Support");
   EXPECT_EQ(systemDirectoryPath(StandardDirectory::localUsers), "/Users");
   EXPECT_EQ(systemDirectoryPath(StandardDirectory::localApplications), "/Applications");
-}
-
-TEST(RunningApplications, OfAnIdentifierThatNobodyHasAreNone) {
-  EXPECT_TRUE(runningApplicationsWithBundleIdentifier("com.example.nobody").empty());
 }
 
 // Ends the process as an Objective-C exception that nothing catches does.
