@@ -13,7 +13,8 @@ namespace wendle {
 // `updates` deletes the search extension's application and preferences, kills it, and resets its permissions;
 // deletes all launch agents of the client, after unloading them, with its Quick Look generator; and has its
 // Finder Sync extension ignored. `hard` takes the client out, but keeps copies on other volumes, in build
-// folders and in backups; `full` deletes those too; `soft` keeps the vendor's applications folder as well.
+// directories and in backups; `full` deletes those too; `soft` keeps the vendor's applications directory as
+// well.
 enum class Mode { soft, hard, updates, full };
 
 struct ModeSwitch {

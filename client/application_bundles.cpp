@@ -41,7 +41,7 @@ static std::string continuation(const std::string& path, std::string_view follow
   return {};
 }
 
-// Whether `test` holds for `path` or a folder above it, the root folder aside.
+// Whether `test` holds for `path` or a directory above it, the root directory aside.
 template <typename Test>
 static bool holdsOnTheWayUp(std::string path, Test test) {
   for (; !path.empty() && path != "/"; path = deletingLastPathComponent(path)) {
@@ -77,7 +77,7 @@ template <typename Visit>
 static void planInstances(const RemovalPlan& plan, Visit visit) {
   for (const std::string& identifier : bundleIdentifierStrings(instanceBundleIdentifiers())) {
     for (const std::string& path : findSpotlightPaths(identifier)) {
-      // Without it a folder is no bundle any more, and Spotlight will not list it [I].
+      // Without it a directory is no bundle any more, and Spotlight will not list it [I].
       if (!plan.covers(path + "/Contents/Info.plist"))
         visit(path, "a copy of " + identifier + " that Spotlight lists");
     }

@@ -23,10 +23,10 @@ namespace wendle {
 
 // Tells copies of the client that somebody keeps on purpose. None of the tests follows or changes anything.
 
-// Whether the item lies in, or is, a folder whose name ends in ".backupdb", ignoring case.
+// Whether the item lies in, or is, a directory whose name ends in ".backupdb", ignoring case.
 [[nodiscard]] bool isInBackupDatabase(const FileUrl& item);
 
-// Whether a directory "_CCC SafetyNet" lies in the item or in a folder above it; the root folder is not
+// Whether a directory "_CCC SafetyNet" lies in the item or in a directory above it; the root directory is not
 // looked at.
 [[nodiscard]] bool isInSafetyNetFolder(const FileUrl& item);
 
@@ -35,8 +35,8 @@ namespace wendle {
 // case-sensitive volume a path with capitals is not found.
 [[nodiscard]] bool isInNumberedWrpFolder(const FileUrl& item);
 
-// Those that lie neither on another volume, in a build folder, in a backup, beside a safety net folder, nor
-// in a numbered folder.
+// Those that lie neither on another volume, in a build directory, in a backup, beside a safety net directory,
+// nor in a numbered directory.
 [[nodiscard]] std::vector<std::string> findAppBundles(const std::string& bundleIdentifier);
 
 // Deletes every copy that findAppBundles() finds, application by application.
