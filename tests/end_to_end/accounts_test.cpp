@@ -134,6 +134,10 @@ void makeUndeletable(mac::SimulatedMac& mac) {
   setMode(mac, "/Applications", 0555);
 }
 
+void addDanglingLink(mac::SimulatedMac& mac) {
+  mac.addLink(support + "/LaunchAgents/WendleExtension.app", "/nowhere");
+}
+
 class AccountsTest : public testing::TestWithParam<std::tuple<Account, std::string>> {};
 
 TEST_P(AccountsTest, LoseExactlyWhatThePreviewLists) {
@@ -143,15 +147,13 @@ TEST_P(AccountsTest, LoseExactlyWhatThePreviewLists) {
   restoreModes(mac);
 }
 
-INSTANTIATE_TEST_SUITE_P(Kinds, AccountsTest,
-                         testing::Combine(testing::Values(Account{"bare", [](mac::SimulatedMac&) {}},
-                                                          Account{"full", mac::installClient},
-                                                          Account{"halfRemoved", makeHalfRemoved},
-                                                          Account{"undeletable", makeUndeletable}),
-                                          testing::ValuesIn(modes)),
-                         [](const auto& c) {
-                           return std::get<0>(c.param).name + "_" + std::get<1>(c.param);
-                         });
+INSTANTIATE_TEST_SUITE_P(
+    Kinds, AccountsTest,
+    testing::Combine(testing::Values(Account{"bare", addDanglingLink}, Account{"full", mac::installClient},
+                                     Account{"halfRemoved", makeHalfRemoved},
+                                     Account{"undeletable", makeUndeletable}),
+                     testing::ValuesIn(modes)),
+    [](const auto& c) { return std::get<0>(c.param).name + "_" + std::get<1>(c.param); });
 
 // As on a Mac everybody may add to /Users/Shared, and take out only what is his own; here it is a link.
 TEST(SharedDirectoryTest, KeepsWhatAnotherUserPutThere) {
@@ -165,6 +167,9 @@ TEST(SharedDirectoryTest, KeepsWhatAnotherUserPutThere) {
   setMode(mac, "/Users/Common/Wendle", 0777);
   for (const char* path : {"/Users/Common", "/Users/Common/Wendle"})
     ASSERT_EQ(::lchown(mac.at(path).c_str(), other, other), 0);
+  mac.addFile(support + "/sticky/file");  // what lies in his own he may
+  setMode(mac, support + "/sticky", 01700);
+  ASSERT_EQ(::lchown(mac.at(support + "/sticky/file").c_str(), other, other), 0);
   EXPECT_EQ(runReport(mac, {"preview", "--soft", "--needs-root"}).out,
             std::string("/Users/Shared/Wendle") + '\0');
   expectPreviewIsTheRun(mac, "soft");

@@ -34,18 +34,21 @@ TEST(LaunchConditions, NeedNoPlaceForALog) {
   EXPECT_EQ(mac.read("/Users/pat/Library/Logs"), "no folder");
 }
 
-// The launcher's shell holds a file open while the uninstaller runs, and a tool leaves a process behind.
+// The launcher's shell holds a file open while the uninstaller runs, and a tool leaves a process behind. An
+// empty HOME is none.
 TEST(LaunchConditions, HandNoDescriptorOfTheLauncherToATool) {
   mac::SimulatedMac mac = mac::SimulatedMac::scratch();
+  mac.addFile("/etc/passwd", "pat:x:501:20::/Users/pat:/bin/zsh\n");
   mac.setFault({"pluginkit", 1, mac::FaultKind::leavesGrandchild, 0});
   const std::string script = R"(isHeld() { /host/bin/ls -l /proc/[0-9]*/fd 2>&1 | grep -q 'Shared/held$'; }
     exec 9>/Users/Shared/held; isHeld && echo held
-    "$@"; exec 9>&-; isHeld || echo released)";
+    HOME= "$@"; exec 9>&-; isHeld || echo released)";
   Lines command{"-c", script, "sh"};
   for (const std::string& word : uninstallerCommand()) command.push_back(word);
   command.push_back("--updates");
   const mac::SessionResult seen = mac.run("/bin/sh", command);
   EXPECT_EQ(seen.outcome + "\n" + seen.out, "exit 0\nheld\nreleased\n");
+  EXPECT_EQ(seen.log.size(), logIn(expectedLines("bare.txt", "updates")).size());
 }
 
 }  // namespace

@@ -6,6 +6,7 @@
 
 #include "end_to_end/report_answers.h"
 #include "simulated_mac/client_fixture.h"
+#include "simulated_mac/shared.h"
 #include "support/clean_run.h"
 
 namespace wendle::test {
@@ -65,6 +66,30 @@ TEST(PreviewTest, WarnsWhenAnotherTileWouldGo) {
   const json none = preview({wendle, wendle});
   EXPECT_EQ(labels(none, "Dock tile"), std::set<std::string>{});
   EXPECT_EQ(none.at("warnings").size(), 1U);
+}
+
+// The shell that deletes a tile reads the home directory's path without quotes.
+TEST(PreviewTest, NamesTheTileOfAHomeThatIsOneWordToTheShell) {
+  for (const auto& [home, tiles] : {std::pair{"/Users/jörg", 1U}, {"/Users/j rg", 0U}}) {
+    mac::SimulatedMac mac = mac::SimulatedMac::scratch();
+    mac.addDockTile("Wendle", "file:///Users/pat/Wendle/");
+    mac.addFile(std::string(home) + "/Library/Preferences/com.apple.dock.plist", mac.read(mac::dockFile));
+    const RunResult seen =
+        runReport(mac, {"preview", "--soft", "--json"}, {.environment = {std::string("HOME=") + home}});
+    EXPECT_EQ(labels(json::parse(seen.out), "Dock tile").size(), tiles) << seen.out;
+  }
+}
+
+TEST(PreviewTest, SaysWhatStaysInOneLine) {
+  mac::SimulatedMac mac = mac::SimulatedMac::scratch();
+  mac.addFile("/Applications/Wendle/a\nb");
+  const auto setMode = [&](unsigned mode) {
+    std::filesystem::permissions(mac.at("/Applications/Wendle"), std::filesystem::perms{mode});
+  };
+  setMode(0500);
+  const std::string text = runReport(mac, {"preview", "--hard"}).out;
+  EXPECT_NE(text.find("needs root: Permission denied: /Applications/Wendle/a\\nb\n"), text.npos) << text;
+  setMode(0700);
 }
 
 // Its root cannot be opened, and yet that is not why it stays.

@@ -3,6 +3,7 @@
 #include <sys/stat.h>
 
 #include <algorithm>
+#include <filesystem>
 
 #include "simulated_mac/shared.h"
 #include "support/run_result.h"
@@ -141,14 +142,18 @@ TEST(ReportTest, CountsNoFailureToDeleteWhatIsGoneByNow) {
   SimulatedMac mac = SimulatedMac::scratch();
   mac.addLink("/link to nothing", "/nothing");
   mac.addDirectory("/left");
+  mac.addDirectory("/closed");
+  std::filesystem::permissions(mac.at("/closed"), std::filesystem::perms::none);
   const std::string denied = R"(: Error Domain=NSPOSIXErrorDomain Code=13 "Permission denied")";
   const std::string gone = error + "Delete Folder - file:///gone%20%C3%A9/" + denied;
   mac.addFile("/a", makeLog("full", {gone, error + "Delete Folder - file:///left/" + denied,
+                                     error + "Delete Folder - file:///closed/x/" + denied,
                                      error + "Delete File - file:///link%20to%20nothing" + denied,
                                      "[4] uninstaller: Invalid dock item location: none"}));
   const std::string seen = runReport(mac, {"--json", "--recheck", "/a"}).out;
   EXPECT_NE(seen.find("\"removedLater\": [\"file:///gone%20%C3%A9/\"]"), seen.npos) << seen;
-  for (const char* item : {"file:///left/", "file:///link%20to%20nothing", "Invalid dock item location"})
+  for (const char* item :
+       {"file:///left/", "file:///closed/x/", "file:///link%20to%20nothing", "Invalid dock item location"})
     EXPECT_NE(seen.find(std::string("{\"item\": \"") + item), seen.npos) << seen;
   mac.addFile("/a", makeLog("keep applications", {gone, goodbye}));
   EXPECT_EQ(runReport(mac, {"/a"}).outcome, "exit 1");

@@ -58,7 +58,7 @@ TEST(Decimal, IsOneSignAndDigitsWithin64Bits) {
 TEST(Utf8, HasNoOverlongFormsSurrogatesOrFragments) {
   expectAll(true, isUtf8, {"", "ascii", "\u0080\u07FF", "\u0800\uD7FF\uE000\uFFFF", "\U00010000\U0010FFFF"});
   expectAll(false, isUtf8,
-            {"\xC1\xBF", "\xE0\x9F\xBF", "\xF0\x8F\xBF\xBF", "\xED\xA0\x80", "\xF4\x90\x80\x80", "\x80",
+            {"\xC1\xBF", "\xE0\x9F\xBF", "\xF0\x8F\xBF\xBF", "\xED\xA0\x80", "\xED\xBF\xBF", "\xF4\x90\x80\x80", "\x80",
              "\xC3", "\xE2\x82z"});
 }
 
