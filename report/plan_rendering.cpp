@@ -61,7 +61,8 @@ static std::string sumText(const RemovalPlan& plan) {
       std::accumulate(plan.items().begin(), plan.items().end(), std::uint64_t{0},
                       [](std::uint64_t sum, const PlannedItem& item) { return sum + item.size.value_or(0); });
   return counted(plan.items().size(), "item") + ", " + sizeText(size) + "; " +
-         std::to_string(countRootItems(plan)) + " of them need root";
+         std::to_string(countRootItems(plan)) +
+         (countRootItems(plan) == 1 ? " of them needs root" : " of them need root");
 }
 
 static std::string itemJson(const PlannedItem& item) {

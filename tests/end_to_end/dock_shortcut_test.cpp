@@ -84,7 +84,9 @@ TEST(DockShortcutTest, AddsATileInFrontAndKeepsTheOthersAsTheyAre) {
   EXPECT_EQ(after[3], before[2]);
   EXPECT_EQ(after[4], before[5]);
   const std::string guid = takeText(after[0], "GUID");
-  EXPECT_TRUE(std::regex_match(guid, std::regex("[0-9A-F]{8}(-[0-9A-F]{4}){3}-[0-9A-F]{12}"))) << guid;
+  EXPECT_TRUE(std::regex_match(
+      guid, std::regex("[0-9A-F]{8}-[0-9A-F]{4}-4[0-9A-F]{3}-[89AB][0-9A-F]{3}-[0-9A-F]{12}")))
+      << guid;
   EXPECT_NE(takeText(after[1], "GUID"), guid);
   const auto integer = [](std::int64_t number) { return PropertyList{number}; };
   const PropertyListDictionary fileData{{"_CFURLString", {folderUrl}}, {"_CFURLStringType", integer(15)}};

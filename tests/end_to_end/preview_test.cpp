@@ -54,18 +54,18 @@ INSTANTIATE_TEST_SUITE_P(Modes, ProcessesTest, testing::ValuesIn(modes),
 // count.
 TEST(PreviewTest, WarnsWhenAnotherTileWouldGo) {
   const std::string wendle = "file:///Users/pat/Wendle/";
-  const auto preview = [&](const Lines& urls) {
+  Lines warnings;
+  const auto tiles = [&](const Lines& urls) {
     mac::SimulatedMac mac = mac::SimulatedMac::scratch();
-    for (const std::string& url : urls) mac.addDockTile("Tile " + url, url);
-    return ask(mac, {"preview", "--soft", "--json"});
+    for (const std::string& url : urls) mac.addDockTile("<" + url + ">", url);
+    const json preview = ask(mac, {"preview", "--soft", "--json"});
+    for (const std::string warning : preview.at("warnings")) warnings.push_back(warning);
+    return labels(preview, "Dock tile");
   };
-  EXPECT_EQ(preview({wendle}).at("warnings").size(), 0U);
-  const json other = preview({"", wendle});
-  EXPECT_EQ(labels(other, "Dock tile"), std::set<std::string>{"Tile "});
-  EXPECT_EQ(other.at("warnings").size(), 1U);
-  const json none = preview({wendle, wendle});
-  EXPECT_EQ(labels(none, "Dock tile"), std::set<std::string>{});
-  EXPECT_EQ(none.at("warnings").size(), 1U);
+  EXPECT_EQ(tiles({wendle}), std::set{"<" + wendle + ">"});
+  EXPECT_EQ(tiles({"", wendle}), std::set<std::string>{"<>"});
+  EXPECT_EQ(tiles({wendle, wendle}), std::set<std::string>{});
+  expectText("preview.txt", "warnings", warnings);
 }
 
 // The shell that deletes a tile reads the home directory's path without quotes.
@@ -80,15 +80,21 @@ TEST(PreviewTest, NamesTheTileOfAHomeThatIsOneWordToTheShell) {
   }
 }
 
-TEST(PreviewTest, SaysWhatStaysInOneLine) {
+TEST(PreviewTest, IsReadableAndEscaped) {
   mac::SimulatedMac mac = mac::SimulatedMac::scratch();
-  mac.addFile("/Applications/Wendle/a\nb");
+  const std::string preferences = mac::home + "/Library/Preferences/com.wendle.DesktopClient";
+  mac.addFile("/Applications/Wendle/a\nb", std::string(12'345, 'x'));
+  mac.addFile(preferences + ".plist", "four");
+  mac.addLink(preferences + ".WendleAgent.plist", "/nowhere");
+  mac.addBundle("/Volumes/Backup/Wendle\nAgent.app", "com.wendle.DesktopClient.WendleAgent");
+  mac.addKeychainItem("Wendle");
+  mac.addDockTile("Wendle", "file:///Users/pat/Wendle/");
   const auto setMode = [&](unsigned mode) {
     std::filesystem::permissions(mac.at("/Applications/Wendle"), std::filesystem::perms{mode});
   };
   setMode(0500);
-  const std::string text = runReport(mac, {"preview", "--hard"}).out;
-  EXPECT_NE(text.find("needs root: Permission denied: /Applications/Wendle/a\\nb\n"), text.npos) << text;
+  for (const Lines& question : {Lines{"preview", "--hard"}, {"leftovers"}})
+    expectText("preview.txt", question.front(), mac::split(runReport(mac, question).out, '\n'));
   setMode(0700);
 }
 
@@ -106,25 +112,24 @@ TEST(PreviewTest, CallsNobodyForAVolumeThatIsClosed) {
 TEST(LeftoversTest, NameWhatIsStillThereAndWhatNoModeTakesAway) {
   mac::SimulatedMac mac = mac::SimulatedMac::scratch();
   mac::installClient(mac);
-  const std::string library = mac::home + "/Library/";
-  const Lines traces{library + "Caches/com.wendle.DesktopClient",
-                     library + "Group Containers/TEAM.com.wendle.DesktopClient.shared",
-                     library + "Preferences/com.wendle.DesktopClient.WendleUninstaller.plist",
-                     library + "Preferences/ByHost/com.wendle.DesktopClient.F00D.plist",
-                     library + "Saved Application State/com.wendle.DesktopClient.savedState",
-                     "/var/db/receipts/com.wendle.DesktopClient.bom",
-                     library + "Logs/Wendle"};
-  for (const std::string& trace : traces) {
-    if (!trace.ends_with("/Wendle")) mac.addFile(trace);
-  }
-  mac.addFile(library + "Caches/com.wendle.DesktopClientX");  // its name only resembles
-  const json before = json::parse(runReport(mac, {"leftovers", "--json"}).out);
-  EXPECT_EQ(before.at("traces"), json(Lines(traces.begin(), traces.end() - 1)));
-  EXPECT_EQ(runReport(mac, {"leftovers"}).outcome, "exit 1");
+  for (const char* trace :
+       {"Application Scripts/com.wendle.DesktopClient", "Caches/com.wendle.DesktopClient",
+        "Cookies/com.wendle.DesktopClient.cookies", "Group Containers/TEAM.com.wendle.DesktopClient.shared",
+        "HTTPStorages/com.wendle.DesktopClient",
+        "Preferences/com.wendle.DesktopClient.WendleUninstaller.plist",
+        "Preferences/ByHost/com.wendle.DesktopClient.F00D.plist", "WebKit/com.wendle.DesktopClient",
+        "Saved Application State/com.wendle.DesktopClient.savedState", "Caches/com.wendle.DesktopClientX",
+        "Caches/Xcom.wendle.DesktopClient"})  // the names of the last two only resemble
+    mac.addFile(mac::home + "/Library/" + trace);
+  mac.addFile("/var/db/receipts/com.wendle.DesktopClient.bom");
+  const auto expectTraces = [&](const std::string& outcome, const std::string& section) {
+    const RunResult seen = runReport(mac, {"leftovers", "--json"});
+    EXPECT_EQ(seen.outcome, outcome);
+    expectText("preview.txt", section, json::parse(seen.out).at("traces"));
+  };
+  expectTraces("exit 1", "traces beside the client");
   EXPECT_EQ(runUninstaller(mac, {"--full"}).outcome, "exit 0");
-  const RunResult seen = runReport(mac, {"leftovers", "--json"});
-  EXPECT_EQ(seen.outcome, "exit 0");
-  EXPECT_EQ(json::parse(seen.out).at("traces"), json(traces));
+  expectTraces("exit 0", "traces of the client");
 }
 
 TEST(PreviewTest, IsNoneWhenAToolIsMissing) {
