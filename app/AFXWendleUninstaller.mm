@@ -37,7 +37,6 @@ using wendle::Mode;
 @end
 
 namespace wendle {
-
 void runMode(Mode mode) {
   AFXWendleUninstaller* shared = [AFXWendleUninstaller shared];
   switch (mode) {
@@ -51,5 +50,4 @@ void runMode(Mode mode) {
       return [shared runInFullMode];
   }
 }
-
 }  // namespace wendle

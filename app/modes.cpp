@@ -16,7 +16,6 @@
 
 namespace wendle {
 namespace {
-
 // What a step does, what it would do, and the modes that take it, as bits.
 struct Step {
   unsigned modes;
@@ -91,7 +90,6 @@ constexpr std::array steps{
 };
 
 const ModeSwitch& switchEntry(Mode mode) { return *std::ranges::find(modeSwitches, mode, &ModeSwitch::mode); }
-
 }  // namespace
 
 std::string modeSwitch(Mode mode) { return std::string(switchEntry(mode).argument); }
@@ -122,5 +120,4 @@ RemovalPlan planMode(Mode mode) {
   }
   return plan;
 }
-
 }  // namespace wendle

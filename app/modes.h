@@ -9,7 +9,6 @@
 #include "client/removal_plan.h"
 
 namespace wendle {
-
 // `updates` deletes the search extension's application and preferences, kills it, and resets its permissions;
 // deletes all launch agents of the client, after unloading them, with its Quick Look generator; and has its
 // Finder Sync extension ignored. `hard` takes the client out, but keeps copies on other volumes, in build
@@ -46,5 +45,4 @@ void runSteps(Mode mode);
 // What a run of the mode by this process's user would do now. Changes nothing and logs nothing; starts tools
 // that only read. Throws LaunchException when one of them cannot be started.
 [[nodiscard]] RemovalPlan planMode(Mode mode);
-
 }  // namespace wendle

@@ -7,7 +7,6 @@
 #include <utility>
 
 namespace wendle {
-
 inline constexpr std::string_view posixErrorDomain = "NSPOSIXErrorDomain";      // code: an errno value
 inline constexpr std::string_view statusErrorDomain = "NSOSStatusErrorDomain";  // code: a tool's exit status
 
@@ -49,5 +48,4 @@ class [[nodiscard]] Status {
  private:
   std::optional<Error> error_;
 };
-
 }  // namespace wendle

@@ -3,7 +3,6 @@
 #include <algorithm>
 
 namespace wendle {
-
 static std::string_view withoutTrailingSlashes(std::string_view path) {
   while (path.size() > 1 && path.back() == '/') path.remove_suffix(1);
   return path;
@@ -35,5 +34,4 @@ std::string deletingLastPathComponent(std::string_view path) {
   if (slash == std::string_view::npos) return {};
   return std::string(withoutTrailingSlashes(path.substr(0, std::max<size_t>(slash, 1))));
 }
-
 }  // namespace wendle

@@ -5,7 +5,6 @@
 #include <vector>
 
 namespace wendle {
-
 // The rules of Foundation's path strings [D]. They look at the text only, never at the disk, and normalise
 // neither `.` nor `..`.
 
@@ -18,5 +17,4 @@ namespace wendle {
 
 // `/a/b` gives `/a`; `/a`, `/a/` and `/` give `/`; `a` gives the empty text.
 [[nodiscard]] std::string deletingLastPathComponent(std::string_view path);
-
 }  // namespace wendle

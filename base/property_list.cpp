@@ -3,7 +3,6 @@
 #include <cmath>
 
 namespace wendle {
-
 constexpr double twoTo63 = 9223372036854775808.0;
 
 // A whole number becomes an integer, whatever kind it was; a double beyond 64 bits stays one.
@@ -36,5 +35,4 @@ const std::string* PropertyList::findText(std::initializer_list<const char*> key
 bool isEqual(const PropertyList& left, const PropertyList& right) {
   return withWholeNumbersAsIntegers(left) == withWholeNumbersAsIntegers(right);
 }
-
 }  // namespace wendle

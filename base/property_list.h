@@ -8,7 +8,6 @@
 #include <vector>
 
 namespace wendle {
-
 struct PropertyList;
 
 using PropertyListArray = std::vector<PropertyList>;
@@ -44,5 +43,4 @@ struct PropertyList {
 // Equality as Foundation's isEqual: has it [D]: numbers are equal by their values, so that 1, 1.0 and true
 // are one.
 [[nodiscard]] bool isEqual(const PropertyList& left, const PropertyList& right);
-
 }  // namespace wendle

@@ -7,7 +7,6 @@
 
 namespace wendle {
 namespace {
-
 struct Form {
   unsigned char mask;
   unsigned char lead;
@@ -27,7 +26,6 @@ bool isWhiteSpace(char32_t character) {
   constexpr std::u32string_view others = U" \t\n\v\f\r\u0085\u00A0\u1680\u2028\u2029\u202F\u205F\u3000";
   return others.find(character) != std::u32string_view::npos;
 }
-
 }  // namespace
 
 std::optional<char32_t> takeUtf8Character(std::string_view& text) {
@@ -105,5 +103,4 @@ std::optional<std::int64_t> parseDecimal(std::string_view text) {
   if (failure != std::errc() || stop != end) return std::nullopt;
   return number;
 }
-
 }  // namespace wendle

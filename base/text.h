@@ -6,7 +6,6 @@
 #include <string_view>
 
 namespace wendle {
-
 // Takes the first character off `text`; none, and `text` unchanged, when it does not begin with well-formed
 // UTF-8 (overlong forms, surrogates and values above U+10FFFF are ill-formed) or is empty.
 [[nodiscard]] std::optional<char32_t> takeUtf8Character(std::string_view& text);
@@ -29,5 +28,4 @@ void appendUtf8(std::string& text, char32_t character);
 // Decimal text as a number: one optional `+` or `-`, then ASCII digits and nothing else; leading zeros are
 // fine. None for anything else, blanks and values beyond 64 bits included.
 [[nodiscard]] std::optional<std::int64_t> parseDecimal(std::string_view text);
-
 }  // namespace wendle

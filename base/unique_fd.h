@@ -6,7 +6,6 @@
 #include <utility>
 
 namespace wendle {
-
 // Calls `systemCall` until a signal no longer interrupts it; its result and errno are those of the last call.
 template <typename SystemCall>
 auto retryOnInterrupt(SystemCall systemCall) {
@@ -40,5 +39,4 @@ class [[nodiscard]] UniqueFd {
  private:
   int fd_ = -1;
 };
-
 }  // namespace wendle

@@ -11,7 +11,6 @@
 #include "simulated_mac/verdict.h"
 
 namespace {
-
 using namespace wendle::mac;
 
 void measure(const char* name, const std::vector<std::string>& command) {
@@ -44,7 +43,6 @@ void countCalls(const std::string& uninstaller) {
   if (result.outcome != "exit 0") std::cerr << result.err;
   std::cout << mac.read(table);
 }
-
 }  // namespace
 
 int main(int count, char** words) {

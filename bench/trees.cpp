@@ -16,7 +16,6 @@
 #include "platform/file_tree.h"
 
 namespace {
-
 void makeAndEnter(const char* directory) {
   if (::mkdir(directory, S_IRWXU) != 0 || ::chdir(directory) != 0) std::exit(1);
 }
@@ -39,7 +38,6 @@ void makeTree(const char* directory, int directories, int files, int matches, in
   }
   for (; depth > 0; --depth) makeAndEnter("deep");
 }
-
 }  // namespace
 
 int main(int argc, char** argv) {

@@ -12,7 +12,6 @@
 #include "system/tasks/task_helpers.h"
 
 namespace wendle {
-
 // The main application goes by its fixed path; the extensions lie inside the others.
 static const std::vector<BundleIdentifier>& instanceBundleIdentifiers() {
   using enum BundleIdentifier;
@@ -147,5 +146,4 @@ void planInstancesWithExceptions(RemovalPlan& plan) {
 void planAllInstances(RemovalPlan& plan) {
   planInstances(plan, [&](const std::string& path, const std::string& why) { plan.addPath(path, why); });
 }
-
 }  // namespace wendle

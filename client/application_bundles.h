@@ -8,7 +8,6 @@
 #include "platform/file_url.h"
 
 namespace wendle {
-
 // The client's component applications, wherever Spotlight's index has a copy of them.
 
 // The absolute paths in an answer of the index, which parts them by line feeds (mdfind(1)). A path may hold
@@ -48,5 +47,4 @@ void removeAllInstances();
 // What these two would do.
 void planInstancesWithExceptions(RemovalPlan& plan);
 void planAllInstances(RemovalPlan& plan);
-
 }  // namespace wendle

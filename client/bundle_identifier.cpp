@@ -1,7 +1,6 @@
 #include "client/bundle_identifier.h"
 
 namespace wendle {
-
 const std::vector<BundleIdentifier>& allCases() {
   using enum BundleIdentifier;
   static const std::vector<BundleIdentifier> cases{
@@ -36,5 +35,4 @@ std::vector<std::string> bundleIdentifierStrings(const std::vector<BundleIdentif
   for (const BundleIdentifier identifier : identifiers) strings.push_back(rawValue(identifier));
   return strings;
 }
-
 }  // namespace wendle

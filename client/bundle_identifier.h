@@ -4,7 +4,6 @@
 #include <vector>
 
 namespace wendle {
-
 // The client's components.
 enum class BundleIdentifier {
   desktop,
@@ -26,5 +25,4 @@ enum class BundleIdentifier {
 // The strings of `identifiers`, in the same order, duplicates kept.
 [[nodiscard]] std::vector<std::string> bundleIdentifierStrings(
     const std::vector<BundleIdentifier>& identifiers);
-
 }  // namespace wendle

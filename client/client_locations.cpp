@@ -10,7 +10,6 @@
 #include "platform/files.h"
 
 namespace wendle {
-
 constexpr std::array directoriesInLibrary{"Application Scripts",
                                           "Caches",
                                           "Cookies",
@@ -53,5 +52,4 @@ std::vector<std::string> findClientTraces() {
   std::erase_if(traces, [&](const std::string& path) { return std::ranges::count(removable, path) > 0; });
   return traces;
 }
-
 }  // namespace wendle

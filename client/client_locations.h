@@ -7,7 +7,6 @@
 #include "platform/process_environment.h"
 
 namespace wendle {
-
 // Every place where the client keeps files: paths without a slash at the end. Nothing need exist there.
 class ClientLocations {
  public:
@@ -81,5 +80,4 @@ class ClientLocations {
 // no mode's list, the installer's receipts, and the uninstaller's own logs. Paths, directory by directory,
 // sorted within each; empty when nothing is there, and nothing of a directory that cannot be read.
 [[nodiscard]] std::vector<std::string> findClientTraces();
-
 }  // namespace wendle

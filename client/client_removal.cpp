@@ -8,7 +8,6 @@
 #include "system/tasks/task_helpers.h"
 
 namespace wendle {
-
 static std::string launchAgentAppPath(const std::string& name) {
   return clientLocations().wendleLaunchAgentsDirectory + "/" + name + ".app";
 }
@@ -93,5 +92,4 @@ void planClientFolders(RemovalPlan& plan) {
   for (const std::string& path : clientLocations().preferenceFilePaths)
     plan.addPath(path, "the client's preferences");
 }
-
 }  // namespace wendle

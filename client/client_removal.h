@@ -7,7 +7,6 @@
 #include "client/removal_plan.h"
 
 namespace wendle {
-
 // The steps that remove the client's directories and files. Each attempts all its items, logs the result of
 // each, and returns normally.
 
@@ -37,5 +36,4 @@ void removeClientFolders();
 void planLaunchAgentApps(RemovalPlan& plan, const std::vector<std::string>& names);
 void planFolderContainers(RemovalPlan& plan);
 void planClientFolders(RemovalPlan& plan);
-
 }  // namespace wendle

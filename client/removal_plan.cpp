@@ -6,7 +6,6 @@
 #include <cerrno>
 
 namespace wendle {
-
 static std::string_view kindName(ItemKind kind) {
   if (kind == ItemKind::unknown) return "item";
   if (kind == ItemKind::link) return "link";
@@ -46,5 +45,4 @@ bool RemovalPlan::covers(const std::string& path) const {
   const auto forecast = forecastRemoval(path);
   return forecast && !forecast->obstacle;
 }
-
 }  // namespace wendle

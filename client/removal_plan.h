@@ -9,7 +9,6 @@
 #include "platform/removal_forecast.h"
 
 namespace wendle {
-
 // Something that a run would take away.
 struct PlannedItem {
   std::string kind;  // "folder", "file", "link", or "item" that may not be looked at; else "keychain item",
@@ -68,5 +67,4 @@ class RemovalPlan {
   std::vector<std::string> warnings_;
   std::vector<std::string> requests_;
 };
-
 }  // namespace wendle

@@ -14,7 +14,6 @@
 #include "system/tasks/task_helpers.h"
 
 namespace wendle {
-
 // The shell makes the escaped quote part of the pattern, so that grep passes over the _CFURLStringType lines
 // [D]; awk prints the position, among the tiles' URL lines, of every line that speaks of the client.
 constexpr const char* searchLine =
@@ -100,5 +99,4 @@ void removeDockFolder() {
   (void)runCommand(deleteLine(toIndex(*position)));
   (void)runCommand("killall Dock");
 }
-
 }  // namespace wendle

@@ -3,7 +3,6 @@
 #include "client/removal_plan.h"
 
 namespace wendle {
-
 // The step "Remove dock folder": takes the client's folder tile out of the Dock's preference file and
 // restarts the Dock. Without a tile, or when the Dock's preferences cannot be read, it logs so and changes
 // nothing.
@@ -18,5 +17,4 @@ void removeDockFolder();
 
 // What it would do, with a warning where one of the limits shows. Blocks and throws likewise.
 void planDockFolder(RemovalPlan& plan);
-
 }  // namespace wendle

@@ -14,7 +14,6 @@
 
 namespace wendle {
 namespace {
-
 using namespace std::chrono_literals;
 
 constexpr const char* dockDomain = "com.apple.dock";
@@ -82,7 +81,6 @@ std::optional<FileUrl> withFixedTrailingSlash(const std::optional<FileUrl>& url)
   if (!url) return std::nullopt;
   return FileUrl::fileUrlWithPath(url->path());
 }
-
 }  // namespace
 
 bool getPersistenceOfShortcutInDockFolderURL(const std::optional<FileUrl>& folder) {
@@ -106,5 +104,4 @@ void changePersistenceOfShortcutInDockFolderURL(const std::optional<FileUrl>& fo
     });
   });
 }
-
 }  // namespace wendle

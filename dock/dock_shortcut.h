@@ -6,7 +6,6 @@
 #include "platform/file_url.h"
 
 namespace wendle {
-
 // A folder's tile, labelled "Wendle", among the Dock's persistent other items: the Dock's own preferences are
 // edited and it is restarted. For programs that load this code; no mode of the uninstaller uses it.
 
@@ -31,5 +30,4 @@ void changePersistenceOfShortcutInDockFolderURL(const std::optional<FileUrl>& fo
                                                 DockShortcutChange change,
                                                 const std::function<void(bool result)>& completion,
                                                 const std::function<void(bool isChanging)>& setFlag);
-
 }  // namespace wendle

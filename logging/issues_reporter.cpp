@@ -5,7 +5,6 @@
 #include "platform/process_environment.h"
 
 namespace wendle {
-
 static std::string causeOfTermination() {
   const std::exception_ptr exception = std::current_exception();
   if (!exception) return "terminated without an exception";
@@ -54,5 +53,4 @@ void IssuesReporter::report(const std::string& cause) const {
   const std::string newest = files.empty() ? "none" : files.front().absoluteString();
   messageLogger_("Ended by an uncaught exception: " + cause + " - newest log file: " + newest);
 }
-
 }  // namespace wendle

@@ -8,7 +8,6 @@
 #include "platform/file_url.h"
 
 namespace wendle {
-
 // Reports the death of the process by an exception that nothing catches.
 class IssuesReporter {
  public:
@@ -35,5 +34,4 @@ class IssuesReporter {
   MessageLogger messageLogger_;
   SortedLogFilesProvider sortedLogFilesProvider_;
 };
-
 }  // namespace wendle

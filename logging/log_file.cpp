@@ -11,7 +11,6 @@
 
 namespace wendle {
 namespace {
-
 constexpr std::string_view suffix = ".log";
 constexpr std::string_view timeStampForm = "00000000T000000Z";
 
@@ -56,7 +55,6 @@ FoundFile foundFile(std::string name, const std::string& stamp, std::time_t last
   if (start > fileNameTimeStamp(floor<seconds>(system_clock::now()))) start.clear();
   return {std::move(start), isNamedAfterStart, std::move(name)};
 }
-
 }  // namespace
 
 LogDirectory::LogDirectory(std::string libraryDirectory, std::string system)
@@ -139,5 +137,4 @@ void LogFile::write(std::string_view record) {
   const ssize_t written = retryOnInterrupt([&] { return ::write(file_.get(), line.data(), line.size()); });
   if (written > 0) isWithinLine_ = line[static_cast<size_t>(written) - 1] != '\n';
 }
-
 }  // namespace wendle

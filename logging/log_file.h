@@ -9,7 +9,6 @@
 #include "logging/logger.h"
 
 namespace wendle {
-
 // The directory with one log file for each run of one system: <library>/Logs/Wendle. A link in the place of
 // `Logs`, `Wendle` or a log file is never followed: then there is no log.
 class LogDirectory {
@@ -59,5 +58,4 @@ class LogFile : public LogDestination {
   UniqueFd file_;
   bool isWithinLine_ = false;
 };
-
 }  // namespace wendle

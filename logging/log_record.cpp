@@ -7,7 +7,6 @@
 #include "base/text.h"
 
 namespace wendle {
-
 static std::string formatted(std::chrono::sys_seconds time, const char* format) {
   const std::time_t seconds = time.time_since_epoch().count();
   std::tm utc{};
@@ -79,5 +78,4 @@ std::string errorRecord(LogTime time, std::string_view logger, std::string_view 
 }
 
 std::string fileNameTimeStamp(std::chrono::sys_seconds time) { return formatted(time, "%Y%m%dT%H%M%SZ"); }
-
 }  // namespace wendle

@@ -7,7 +7,6 @@
 #include "logging/logger.h"
 
 namespace wendle {
-
 using LogTime = std::chrono::system_clock::time_point;
 using UtcTime = std::chrono::sys_time<std::chrono::milliseconds>;
 
@@ -32,5 +31,4 @@ using UtcTime = std::chrono::sys_time<std::chrono::milliseconds>;
 
 // The start of a run as file names have it: 20261121T074012Z
 [[nodiscard]] std::string fileNameTimeStamp(std::chrono::sys_seconds time);
-
 }  // namespace wendle

@@ -3,7 +3,6 @@
 #include "logging/log_record.h"
 
 namespace wendle {
-
 Logger::Logger(std::string name, LogDestinations destinations, Logger* parent)
     : name_(std::move(name)), destinations_(std::move(destinations)), parent_(parent) {}
 
@@ -47,5 +46,4 @@ Logger& uninstallerLogger() {
 }
 
 void logProgress(std::string_view text) { uninstallerLogger().log(LogLevel::progress, text); }
-
 }  // namespace wendle

@@ -10,7 +10,6 @@
 #include "base/error.h"
 
 namespace wendle {
-
 // Levels are numbers; these two are in use.
 enum class LogLevel : int {
   progress = 1,  // progress and information
@@ -76,5 +75,4 @@ void logStartFinish(const std::string& name, Step step) {
   step();
   logProgress(name + " - finished");
 }
-
 }  // namespace wendle

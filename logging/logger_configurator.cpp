@@ -8,7 +8,6 @@
 #include "platform/process_environment.h"
 
 namespace wendle {
-
 static std::optional<LogDirectory>& configuredDirectory() {
   static std::optional<LogDirectory> directory;
   return directory;
@@ -37,5 +36,4 @@ std::vector<FileUrl> LoggerFileManager::getSortedLogFiles() {
   }
   return files;
 }
-
 }  // namespace wendle

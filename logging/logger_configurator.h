@@ -6,7 +6,6 @@
 #include "platform/file_url.h"
 
 namespace wendle {
-
 // Sets the logging of this process up.
 class LoggerConfigurator {
  public:
@@ -25,5 +24,4 @@ class LoggerFileManager {
   // configured.
   [[nodiscard]] static std::vector<FileUrl> getSortedLogFiles();
 };
-
 }  // namespace wendle

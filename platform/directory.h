@@ -9,7 +9,6 @@
 #include "base/unique_fd.h"
 
 namespace wendle {
-
 enum class EntryType { directory, other, unknown };  // unknown: the file system does not say
 
 struct DirectoryEntry {
@@ -56,5 +55,4 @@ void clearUserFlags(int directory, const struct stat& status);
 // The same for the entry `name` of the directory `parent`; a link itself is meant. Returns whether there were
 // such flags and they are off.
 [[nodiscard]] bool clearUserFlagsAt(int parent, const std::string& name);
-
 }  // namespace wendle

@@ -9,7 +9,6 @@
 #include "base/unique_fd.h"
 
 namespace wendle {
-
 // Removes the item at `path`, a directory with all its contents; removes a link, never what it leads to, at
 // any depth and also when directories are replaced by links meanwhile. Only links in the directories above
 // the item are followed. Blocks until done; needs fewer than 40 descriptors whatever the depth. Memory grows
@@ -52,5 +51,4 @@ class FileTree {
  private:
   UniqueFd directory_;
 };
-
 }  // namespace wendle

@@ -7,7 +7,6 @@
 #include "base/property_list.h"
 
 namespace wendle {
-
 // A path and its text as a file URL, both fixed when the URL is made: file:///Users/u/Application%20Support/
 class FileUrl {
  public:
@@ -35,5 +34,4 @@ class FileUrl {
 // Data that finds the item again after it was moved. None when the item does not exist. Source: NSURL,
 // bookmarkDataWithOptions: with no options, no resource values and no base URL.
 [[nodiscard]] std::optional<PropertyListData> bookmarkData(const FileUrl& item);
-
 }  // namespace wendle

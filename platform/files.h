@@ -7,7 +7,6 @@
 #include "base/unique_fd.h"
 
 namespace wendle {
-
 // Whether something is at `path`. Links are followed: one that leads nowhere does not exist (stat(2)).
 [[nodiscard]] bool fileExists(const std::string& path);
 
@@ -31,5 +30,4 @@ class DirectoryLock {
  private:
   UniqueFd directory_;
 };
-
 }  // namespace wendle

@@ -7,7 +7,6 @@
 #include "base/property_list.h"
 
 namespace wendle {
-
 // The current user's preferences of one domain, another application's as well. Source: NSUserDefaults,
 // initWithSuiteName:.
 class UserDefaults {
@@ -29,5 +28,4 @@ class UserDefaults {
   std::string domain_;
   std::map<std::string, PropertyList> unwritten_;
 };
-
 }  // namespace wendle

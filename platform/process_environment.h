@@ -4,7 +4,6 @@
 #include <vector>
 
 namespace wendle {
-
 // What a process is started with, what ends it, and what the system tells it: where the directories of its
 // user are, and random numbers.
 
@@ -54,5 +53,4 @@ void reportUncaughtSystemExceptions(void (*report)(const std::string& cause));
 // For a terminate handler: whether the exception that ends the program is one of them. The terminate handler
 // that the system had set then calls `report`.
 [[nodiscard]] bool isEndingBySystemException();
-
 }  // namespace wendle

@@ -4,7 +4,6 @@
 #include <functional>
 
 namespace wendle {
-
 // Runs `work` on another thread, at once and beside whatever else is running; returns without waiting. An
 // exception out of it ends the process. Source: the global utility queue of libdispatch.
 void asyncOnUtilityQueue(std::function<void()> work);
@@ -16,5 +15,4 @@ void afterDelayOnMainQueue(std::chrono::nanoseconds delay, std::function<void()>
 // Serves the main queue on the calling thread, waiting for work as long as it takes, until `isDone` holds
 // after a piece of work. On Linux only: on macOS the main run loop does this [D].
 void serveMainQueueUntil(const std::function<bool()>& isDone);
-
 }  // namespace wendle

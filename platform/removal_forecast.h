@@ -7,7 +7,6 @@
 #include "base/error.h"
 
 namespace wendle {
-
 enum class ItemKind { file, directory, link, unknown };  // unknown: it may not be looked at
 
 // Why something cannot be removed: the error that the removal would report, and the item it would report it
@@ -34,5 +33,4 @@ struct RemovalForecast {
 // Whether removeItem() for `item`, a directory, would come to `path`, which lies below it: every directory
 // between them can be listed, and none is on another volume.
 [[nodiscard]] bool isReachedByRemoval(const std::string& item, const std::string& path);
-
 }  // namespace wendle

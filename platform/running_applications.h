@@ -6,7 +6,6 @@
 #include <vector>
 
 namespace wendle {
-
 // A running application of the current user. Source: NSRunningApplication.
 class RunningApplication {
  public:
@@ -29,5 +28,4 @@ class RunningApplication {
 // The applications with exactly that bundle identifier, this process excepted; empty when none runs.
 [[nodiscard]] std::vector<RunningApplication> runningApplicationsWithBundleIdentifier(
     const std::string& identifier);
-
 }  // namespace wendle

@@ -13,7 +13,6 @@
 #include "base/unique_fd.h"
 
 namespace wendle {
-
 // One pipe, and the bytes that were read from it so far. Both ends are close-on-exec and lie above
 // descriptor 2, so that a child's standard streams can be arranged without one overwriting another.
 class Pipe {
@@ -119,5 +118,4 @@ class Task {
   pid_t pid_ = -1;
   int terminationStatus_ = 0;
 };
-
 }  // namespace wendle

@@ -8,7 +8,6 @@
 
 namespace wendle {
 namespace {
-
 struct Component {
   const char* name;
   BundleIdentifier identifier;
@@ -27,7 +26,6 @@ void planProcesses(RemovalPlan& plan, const std::string& identifier, const char*
     plan.addProcess(identifier, application.processIdentifier(), why);
   }
 }
-
 }  // namespace
 
 void terminateRunningApplicationsWithBundleIdentifier(const std::string& identifier) {
@@ -64,5 +62,4 @@ void planProcessTermination(RemovalPlan& plan) {
 void planLegacyProcesses(RemovalPlan& plan, const std::vector<std::string>& bundleIdentifiers) {
   for (const std::string& identifier : bundleIdentifiers) planProcesses(plan, identifier, "is killed");
 }
-
 }  // namespace wendle

@@ -6,7 +6,6 @@
 #include "client/removal_plan.h"
 
 namespace wendle {
-
 // Of applications, as NSRunningApplication lists them. None running is fine; a refusal is not reported.
 
 // Asks every running application with that identifier to quit, in the registry's order, and returns at once:
@@ -23,5 +22,4 @@ void killWendleLegacyProcesses(const std::vector<std::string>& bundleIdentifiers
 // What the last two would do.
 void planProcessTermination(RemovalPlan& plan);
 void planLegacyProcesses(RemovalPlan& plan, const std::vector<std::string>& bundleIdentifiers);
-
 }  // namespace wendle

@@ -4,7 +4,6 @@
 #include "report/log_reader.h"
 
 namespace wendle {
-
 const char* const reportUsage =
     R"(usage: wendle-uninstall-report [run] [--since TIME] [--process N] [--recheck] [--json] [FILE]
        wendle-uninstall-report preview MODE [--json | --needs-root]
@@ -31,7 +30,6 @@ ended early; 2 when there is no answer: no such log, a wrong use, a tool is miss
 )";
 
 namespace {
-
 // UTC, or seconds since 1970.
 std::optional<std::chrono::sys_seconds> parseTime(const std::string& text) {
   using namespace std::chrono;
@@ -124,9 +122,7 @@ class Parser {
   CommandLine line_;
   std::vector<std::string>::const_iterator next_, end_;
 };
-
 }  // namespace
 
 CommandLine parseCommandLine(const std::vector<std::string>& arguments) { return Parser(arguments).parse(); }
-
 }  // namespace wendle

@@ -8,7 +8,6 @@
 #include "app/modes.h"
 
 namespace wendle {
-
 enum class Command { run, preview, leftovers, help, version };
 
 // What wendle-uninstall-report is to do.
@@ -30,5 +29,4 @@ struct CommandLine {
 
 // What --help prints.
 extern const char* const reportUsage;
-
 }  // namespace wendle

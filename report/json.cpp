@@ -7,7 +7,6 @@
 #include "logging/log_record.h"
 
 namespace wendle {
-
 std::string jsonText(std::string_view text) {
   std::string result = "\"";
   while (!text.empty()) {
@@ -32,5 +31,4 @@ std::string jsonText(std::string_view text) {
 JsonObject answerObject() {
   return JsonObject().addNumber("schema", "1").add("uninstallerVersion", UNINSTALLER_VERSION);
 }
-
 }  // namespace wendle

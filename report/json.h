@@ -4,7 +4,6 @@
 #include <string_view>
 
 namespace wendle {
-
 // `text` as a JSON string (RFC 8259). Control characters as isControlCharacter() has them are escaped; bytes
 // that are no UTF-8 become U+FFFD.
 [[nodiscard]] std::string jsonText(std::string_view text);
@@ -38,5 +37,4 @@ class JsonObject {
 
 // What every answer begins with: the number of its form, and the program's version.
 [[nodiscard]] JsonObject answerObject();
-
 }  // namespace wendle

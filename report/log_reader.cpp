@@ -7,7 +7,6 @@
 #include "base/text.h"
 
 namespace wendle {
-
 static int numberAt(std::string_view text, size_t position, size_t length) {
   int number = 0;
   std::from_chars(text.data() + position, text.data() + position + length, number);
@@ -106,5 +105,4 @@ std::optional<LogText> parseLog(std::string_view text) {
   if (log.records.empty()) return std::nullopt;
   return log;
 }
-
 }  // namespace wendle

@@ -9,7 +9,6 @@
 #include "logging/log_record.h"
 
 namespace wendle {
-
 // The time that `text` is, as 2026-11-21T07:40:12Z or with milliseconds as 2026-11-21T07:40:12.345Z; none for
 // any other text.
 [[nodiscard]] std::optional<UtcTime> parseUtcTime(std::string_view text);
@@ -35,5 +34,4 @@ struct LogText {
 
 // The records of a whole log; none when its first line is no record.
 [[nodiscard]] std::optional<LogText> parseLog(std::string_view text);
-
 }  // namespace wendle

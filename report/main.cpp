@@ -19,7 +19,6 @@
 #include "report/run_report.h"
 
 namespace wendle {
-
 constexpr int exitClean = 0;
 constexpr int exitFindings = 1;
 constexpr int exitError = 2;

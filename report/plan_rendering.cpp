@@ -9,7 +9,6 @@
 #include "report/json.h"
 
 namespace wendle {
-
 static std::string sizeText(std::uint64_t bytes) {
   constexpr std::array units{"bytes", "kB", "MB", "GB", "TB"};
   auto amount = static_cast<double>(bytes);
@@ -126,5 +125,4 @@ std::string rootPaths(const RemovalPlan& plan) {
   }
   return paths;
 }
-
 }  // namespace wendle

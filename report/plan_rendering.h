@@ -6,7 +6,6 @@
 #include "client/removal_plan.h"
 
 namespace wendle {
-
 // A plan for people and for programs. The texts end with a line feed; the JSON is one object (RFC 8259).
 
 struct PlanContext {
@@ -25,5 +24,4 @@ struct PlanContext {
 
 // The paths of what only root can take away, each with a NUL byte after it.
 [[nodiscard]] std::string rootPaths(const RemovalPlan& plan);
-
 }  // namespace wendle

@@ -6,7 +6,6 @@
 #include "report/run_report.h"
 
 namespace wendle {
-
 static std::string secondsText(std::chrono::milliseconds duration) {
   std::array<char, 32> text{};
   std::snprintf(text.data(), text.size(), "%.3f", static_cast<double>(duration.count()) / 1000);
@@ -57,5 +56,4 @@ std::string asJson(const RunReport& report, const ReportedLog& log) {
   if (report.removedLater) object.addArray("removedLater", *report.removedLater, jsonText);
   return object.add("reachedEnd", report.reachedEnd).text() + "\n";
 }
-
 }  // namespace wendle

@@ -15,7 +15,6 @@
 
 namespace wendle {
 namespace {
-
 constexpr std::string_view success = " - success";
 
 // What stands between `prefix` and `suffix`; none when `text` is not of that form.
@@ -161,7 +160,6 @@ bool isGone(const FailedItem& failed) {
   struct stat status {};
   return !path.empty() && ::lstat(path.c_str(), &status) != 0 && errno == ENOENT;
 }
-
 }  // namespace
 
 void recheck(RunReport& report) {
@@ -187,5 +185,4 @@ std::optional<RunReport> makeReport(const LogText& log) {
   report.reachedEnd = !log.isCutOff && isLastLine(*mode, log.records.back());
   return report;
 }
-
 }  // namespace wendle

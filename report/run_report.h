@@ -8,7 +8,6 @@
 #include "report/log_reader.h"
 
 namespace wendle {
-
 struct FailedItem {
   std::string item;
   std::string cause;
@@ -56,5 +55,4 @@ void recheck(RunReport& report);
 // One JSON object (RFC 8259), with a line end. Control characters as isControlCharacter() has them are
 // escaped; bytes that are no UTF-8 become U+FFFD.
 [[nodiscard]] std::string asJson(const RunReport& report, const ReportedLog& log);
-
 }  // namespace wendle

@@ -1,7 +1,6 @@
 #include "simulated_mac/client_fixture.h"
 
 namespace wendle::mac {
-
 void installClient(SimulatedMac& mac) { installItems(mac, clientItems()); }
 
 void installItems(SimulatedMac& mac, const std::vector<Item>& items) {
@@ -20,5 +19,4 @@ void installItems(SimulatedMac& mac, const std::vector<Item>& items) {
     if (kind == "job process") mac.addProcess({place, detail, detail});
   }
 }
-
 }  // namespace wendle::mac

@@ -5,8 +5,6 @@
 #include "simulated_mac/simulated_mac.h"
 
 namespace wendle::mac {
-
 void installClient(SimulatedMac& mac);
 void installItems(SimulatedMac& mac, const std::vector<Item>& items);
-
 }  // namespace wendle::mac

@@ -8,7 +8,6 @@
 
 namespace wendle::mac {
 namespace {
-
 constexpr const char* table =
 #include "simulated_mac/client_items.inc"
     ;
@@ -55,7 +54,6 @@ std::vector<Item> readTable() {
   }
   return items;
 }
-
 }  // namespace
 
 bool Item::isRemovedBy(Mode mode) const {
@@ -67,5 +65,4 @@ const std::vector<Item>& clientItems() {
   static const std::vector<Item> items = readTable();
   return items;
 }
-
 }  // namespace wendle::mac

@@ -9,7 +9,6 @@
 #include "app/modes.h"
 
 namespace wendle::mac {
-
 // One line of the table. It covers all below its place, except what another item covers.
 struct Item {
   std::string kind, place, detail;
@@ -21,5 +20,4 @@ struct Item {
 };
 
 [[nodiscard]] const std::vector<Item>& clientItems();
-
 }  // namespace wendle::mac

@@ -9,7 +9,6 @@
 #include "simulated_mac/shared.h"
 
 namespace wendle::mac {
-
 RunNumber beginRun(const fs::path& journal, const ToolRun& run) {
   const fs::path draft = journal / ("draft" + std::to_string(::getpid()));
   Strings words = run.arguments;
@@ -75,5 +74,4 @@ void applyAbsence(const fs::path& tool, const std::vector<Fault>& faults) {
     if (fault.kind == FaultKind::notExecutable) writeFile(tool, "");
   }
 }
-
 }  // namespace wendle::mac

@@ -13,7 +13,6 @@
 
 namespace wendle::mac {
 namespace {
-
 using Rows = std::vector<std::pair<std::string, std::string>>;
 
 constexpr const char* usage = R"(Runs the uninstaller on a simulated Mac and shows what it did.
@@ -215,7 +214,6 @@ int rehearseOrExplain(const Strings& words) try {
   std::cerr << "rehearse: " << (isInterrupted != 0 ? "interrupted." : error.what()) << '\n';
   return 2;
 }
-
 }  // namespace
 }  // namespace wendle::mac
 

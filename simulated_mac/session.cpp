@@ -13,7 +13,6 @@
 
 namespace wendle::mac {
 namespace {
-
 // Runs bubblewrap and leaves what it and the session write in files of `directory`. Returns its exit status.
 // A signal that this program handles ends the session.
 int runSandbox(const Strings& arguments, const fs::path& directory) {
@@ -82,7 +81,6 @@ Strings programCommand(const SessionOptions& options) {
   append(command, options.environment);
   return command;
 }
-
 }  // namespace
 
 bool isMacosExecutable(const fs::path& program) {
@@ -120,5 +118,4 @@ SessionResult SimulatedMac::run(const fs::path& program, const Strings& argument
   installTools();
   return result;
 }
-
 }  // namespace wendle::mac

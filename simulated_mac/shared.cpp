@@ -9,7 +9,6 @@
 
 namespace wendle::mac {
 namespace {
-
 // `write` is plist_to_xml or plist_to_bin.
 template <typename Write>
 std::string serialized(plist_t node, Write write) {
@@ -20,7 +19,6 @@ std::string serialized(plist_t node, Write write) {
   std::free(data);
   return text;
 }
-
 }  // namespace
 
 std::string readFile(const fs::path& path) {
@@ -141,5 +139,4 @@ std::optional<Record> findEntry(const fs::path& file, const char* key, const std
   }
   return std::nullopt;
 }
-
 }  // namespace wendle::mac

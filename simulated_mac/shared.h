@@ -8,7 +8,6 @@
 #include "simulated_mac/simulated_mac.h"
 
 namespace wendle::mac {
-
 namespace fs = std::filesystem;
 using Strings = std::vector<std::string>;
 using Record = std::map<std::string, std::string>;
@@ -82,5 +81,4 @@ void writeFaults(const fs::path& file, const std::vector<Fault>& faults);
 [[nodiscard]] std::vector<Fault> readFaults(const fs::path& file, const std::string& tool, int run);
 // Takes the tool away that must not be there any more.
 void applyAbsence(const fs::path& tool, const std::vector<Fault>& faults);
-
 }  // namespace wendle::mac

@@ -7,7 +7,6 @@
 
 namespace wendle::mac {
 namespace {
-
 std::string framed(const std::string& body) { return "<plist>" + body + "</plist>"; }
 
 // A tile as the Dock writes it; the bookmark data has its usual first bytes and length [D].
@@ -45,7 +44,6 @@ void removeTree(const fs::path* directory) {
   fs::remove_all(*directory, ignored);
   delete directory;
 }
-
 }  // namespace
 
 SimulatedMac SimulatedMac::scratch() {
@@ -174,5 +172,4 @@ void SimulatedMac::installTools() {
     addLink(realToolsDirectory + tool, hostTool(tool));
   }
 }
-
 }  // namespace wendle::mac

@@ -12,7 +12,6 @@
 #include <vector>
 
 namespace wendle::mac {
-
 inline const std::string home = "/Users/pat";
 
 struct ToolRun {
@@ -145,5 +144,4 @@ class SimulatedMac {
   std::vector<Fault> faults_;
   std::int64_t tiles_ = 0;
 };
-
 }  // namespace wendle::mac

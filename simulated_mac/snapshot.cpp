@@ -4,7 +4,6 @@
 
 namespace wendle::mac {
 namespace {
-
 // The words by which a person tells the entries of a shared list apart.
 std::string recordName(plist_t entry) {
   if (plist_t data = plist_dict_get_item(entry, "tile-data")) return toText(data, "file-label");
@@ -32,7 +31,6 @@ void addRecords(Snapshot& snapshot, const std::string& file, plist_t root) {
     for (const auto& [index, entry] : children(value)) addRecord(snapshot, start + recordName(entry), entry);
   }
 }
-
 }  // namespace
 
 Snapshot SimulatedMac::snapshot() const {
@@ -65,5 +63,4 @@ SnapshotDifference difference(const Snapshot& before, const Snapshot& after) {
   }
   return result;
 }
-
 }  // namespace wendle::mac

@@ -4,7 +4,6 @@
 
 namespace wendle::mac {
 namespace {
-
 using ItemsByPath = std::map<std::string, const Item*>;
 
 // The key of an item in a snapshot; processes, which no snapshot holds, have one alike.
@@ -45,7 +44,6 @@ void addProcesses(const std::vector<ProcessOutcome>& processes, Snapshot& before
     ++outcome;
   }
 }
-
 }  // namespace
 
 Verdict judge(const SimulatedMac& mac, const std::vector<std::string>& arguments, Snapshot before,
@@ -83,5 +81,4 @@ Verdict judge(const SimulatedMac& mac, const std::vector<std::string>& arguments
   }
   return verdict;
 }
-
 }  // namespace wendle::mac

@@ -4,7 +4,6 @@
 #include "simulated_mac/client_fixture.h"
 
 namespace wendle::mac {
-
 struct Verdict {
   std::vector<const Item*> taken;  // on the mode's list, and done; what lies in another of these is left out
   std::vector<const Item*> kept;   // not on it, and still there; likewise
@@ -17,5 +16,4 @@ struct Verdict {
 // uninstaller may be added.
 [[nodiscard]] Verdict judge(const SimulatedMac& mac, const std::vector<std::string>& arguments,
                             Snapshot before, const std::vector<ProcessOutcome>& processes);
-
 }  // namespace wendle::mac

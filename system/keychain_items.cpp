@@ -7,7 +7,6 @@
 #include "system/tasks/task_helpers.h"
 
 namespace wendle {
-
 constexpr std::array labels{"Wendle", "WendleAgent", "WendleTeamManagement"};
 
 static Status runSecurity(const std::string& verb, const std::string& label, const std::string& keychainPath,
@@ -45,5 +44,4 @@ void deleteKeychainItems(const std::string& label, const std::string& keychainPa
 bool keychainItemExists(const std::string& label, const std::string& keychainPath) {
   return runSecurity("find-generic-password", label, keychainPath).ok();
 }
-
 }  // namespace wendle

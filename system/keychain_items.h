@@ -5,7 +5,6 @@
 #include "client/removal_plan.h"
 
 namespace wendle {
-
 // The step "Delete needed keychain items": deletes the generic passwords with the client's three labels from
 // the login keychain. All of these throw LaunchException when the security tool cannot be started. Source:
 // security(1).
@@ -20,5 +19,4 @@ void deleteKeychainItems(const std::string& label, const std::string& keychainPa
 
 // Whether that keychain holds a generic password with that label; not its service or account name.
 [[nodiscard]] bool keychainItemExists(const std::string& label, const std::string& keychainPath);
-
 }  // namespace wendle

@@ -12,7 +12,6 @@
 #include "system/tasks/task_helpers.h"
 
 namespace wendle {
-
 static void runLaunchctl(const std::vector<std::string>& arguments, const std::string& commandText,
                          const std::string& failureText) {
   logProgress(commandText + " - started");
@@ -73,5 +72,4 @@ void removeLaunchAgent(const std::string& path) {
   const std::string& failureText = commandText;  // no "Failed to": kept for log compatibility
   runLaunchctl({"remove", path}, commandText, failureText);
 }
-
 }  // namespace wendle

@@ -5,7 +5,6 @@
 #include "client/removal_plan.h"
 
 namespace wendle {
-
 // The step "Unload Wendle agent": of each of the client's launchAgentPaths that exists, launchctl unloads and
 // removes the job, and the item is deleted. An absent one is passed over silently. Source: launchctl(1), the
 // legacy verbs.
@@ -18,5 +17,4 @@ void planLaunchAgents(RemovalPlan& plan);
 // failure [D].
 void unloadLaunchAgent(const std::string& path);
 void removeLaunchAgent(const std::string& path);
-
 }  // namespace wendle

@@ -4,7 +4,6 @@
 #include "system/tasks/task_helpers.h"
 
 namespace wendle {
-
 // One run of a tool for one item, and the line that says it took place or could not.
 static void runForItem(const std::string& executable, const std::vector<std::string>& arguments,
                        const std::string& done, const std::string& failed) {
@@ -47,5 +46,4 @@ void planPermissions(RemovalPlan& plan, const std::vector<std::string>& identifi
 void planDefaults(RemovalPlan& plan, const std::vector<std::string>& domains) {
   for (const std::string& domain : domains) plan.ask("the preference domain " + domain + " is removed");
 }
-
 }  // namespace wendle

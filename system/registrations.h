@@ -6,7 +6,6 @@
 #include "client/removal_plan.h"
 
 namespace wendle {
-
 // Registrations that outlive the client's files. None of these looks at a tool's exit status: a line that
 // reports success means that the tool ran to its end.
 
@@ -26,5 +25,4 @@ void removeDefaults(const std::vector<std::string>& domains);
 void planIgnoredExtension(RemovalPlan& plan, const std::string& identifier);
 void planPermissions(RemovalPlan& plan, const std::vector<std::string>& identifiers);
 void planDefaults(RemovalPlan& plan, const std::vector<std::string>& domains);
-
 }  // namespace wendle

@@ -6,7 +6,6 @@
 #include "base/text.h"
 
 namespace wendle {
-
 static char32_t lowercase(char32_t character) {
   if (character < 0x80) return character >= 'A' && character <= 'Z' ? character + ('a' - 'A') : character;
   static const locale_t unicode = ::newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr);
@@ -30,5 +29,4 @@ std::string lowercased(std::string_view text) {
 bool containsIgnoringCase(std::string_view text, std::string_view searched) {
   return lowercased(text).find(lowercased(searched)) != std::string::npos;
 }
-
 }  // namespace wendle

@@ -9,7 +9,6 @@
 #include "base/unique_fd.h"
 
 namespace wendle {
-
 // getdents64(2) directly: two system calls for most directories, where readdir(3) needs four.
 struct DirectoryStream::Implementation {  // NOLINT(*-member-init): the kernel fills what is used of `buffer`
   UniqueFd fd;
@@ -57,5 +56,4 @@ int directoryRemovalFlags(const struct stat& /*directory*/) { return AT_REMOVEDI
 bool flagsForbidRemoval(const struct stat& /*item*/) { return false; }
 void clearUserFlags(int /*directory*/, const struct stat& /*status*/) {}
 bool clearUserFlagsAt(int /*parent*/, const std::string& /*name*/) { return false; }
-
 }  // namespace wendle

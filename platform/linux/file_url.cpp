@@ -8,7 +8,6 @@
 #include "platform/files.h"
 
 namespace wendle {
-
 constexpr std::string_view unescapedMarks = "-._~!$&'()*+,=:@/";  // the semicolon is escaped, as on macOS [I]
 
 static bool standsUnescaped(char byte) {
@@ -57,5 +56,4 @@ std::optional<PropertyListData> bookmarkData(const FileUrl& item) {
   if (!fileExists(item.path())) return std::nullopt;
   return PropertyListData{"book" + item.path()};
 }
-
 }  // namespace wendle

@@ -12,7 +12,6 @@
 #include "platform/process_environment.h"
 
 namespace wendle {
-
 static std::string domainPath(const std::string& domain) {
   return standardDirectoryPath(StandardDirectory::userLibrary) + "/Preferences/" + domain + ".plist";
 }
@@ -54,5 +53,4 @@ bool UserDefaults::synchronize() {
   unwritten_.clear();
   return true;
 }
-
 }  // namespace wendle

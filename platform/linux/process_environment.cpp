@@ -13,7 +13,6 @@
 #include "platform/files.h"
 
 namespace wendle {
-
 const std::vector<std::string>& processArguments() {
   static const std::vector<std::string> arguments = [] {
     std::vector<std::string> read;
@@ -56,5 +55,4 @@ std::string makeUniqueIdentifier() {
 void reportUncaughtSystemExceptions(void (* /*report*/)(const std::string& cause)) {}
 
 bool isEndingBySystemException() { return false; }
-
 }  // namespace wendle

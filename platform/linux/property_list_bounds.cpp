@@ -7,7 +7,6 @@
 
 namespace wendle {
 namespace {
-
 constexpr size_t maxXmlContainers = 20'000;          // each could lie in the one before
 constexpr std::uint64_t maxExpandedSize = 64 << 20;  // bytes
 constexpr std::uint64_t objectSize = 64;             // bytes, what an empty object takes at the least
@@ -84,7 +83,6 @@ class BinaryObjects {
   std::uint64_t offsets_ = 0;
   std::vector<std::uint64_t> sizes_;  // by object; 0 where not known yet
 };
-
 }  // namespace
 
 bool isBoundedXml(std::string_view bytes) {
@@ -96,5 +94,4 @@ bool isBoundedXml(std::string_view bytes) {
 }
 
 bool isBoundedBinary(std::string_view bytes) { return BinaryObjects(bytes).areBounded(); }
-
 }  // namespace wendle

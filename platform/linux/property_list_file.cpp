@@ -10,7 +10,6 @@
 
 namespace wendle {
 namespace {
-
 struct FreeNode {
   void operator()(void* node) const { ::plist_free(node); }
 };
@@ -143,7 +142,6 @@ struct MakeNode {
 };
 
 Node toNode(const PropertyList& list) { return Node(std::visit(MakeNode(), list.value)); }
-
 }  // namespace
 
 std::optional<PropertyListFile> parsePropertyList(const std::string& bytes) {
@@ -172,5 +170,4 @@ std::string serialized(const PropertyListFile& file) {
   const Text bytes(raw);
   return raw == nullptr ? std::string() : std::string(raw, length);
 }
-
 }  // namespace wendle

@@ -7,7 +7,6 @@
 #include "base/property_list.h"
 
 namespace wendle {
-
 enum class PropertyListFormat { xml, binary };
 
 struct PropertyListFile {
@@ -28,5 +27,4 @@ inline constexpr int maxPropertyListLevels = 512;  // of arrays and dictionaries
 // holds. Of bytes that are no property list it may say either.
 [[nodiscard]] bool isBoundedXml(std::string_view bytes);
 [[nodiscard]] bool isBoundedBinary(std::string_view bytes);
-
 }  // namespace wendle

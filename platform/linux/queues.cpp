@@ -7,7 +7,6 @@
 
 namespace wendle {
 namespace {
-
 using Clock = std::chrono::steady_clock;
 
 class MainQueue {
@@ -41,7 +40,6 @@ MainQueue& mainQueue() {
   static auto* const queue = new MainQueue;  // outlives every thread that may still add to it
   return *queue;
 }
-
 }  // namespace
 
 void asyncOnUtilityQueue(std::function<void()> work) { std::thread(std::move(work)).detach(); }
@@ -55,5 +53,4 @@ void serveMainQueueUntil(const std::function<bool()>& isDone) {
     mainQueue().take()();
   } while (!isDone());
 }
-
 }  // namespace wendle

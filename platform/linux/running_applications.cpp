@@ -12,7 +12,6 @@
 #include "platform/files.h"
 
 namespace wendle {
-
 // What macOS sets for an application that it starts [I].
 constexpr std::string_view identifierVariable = "__CFBundleIdentifier=";
 
@@ -55,5 +54,4 @@ std::vector<RunningApplication> runningApplicationsWithBundleIdentifier(const st
   }
   return found;
 }
-
 }  // namespace wendle

@@ -6,7 +6,6 @@
 #include "platform/macos/foundation_values.h"
 
 namespace wendle {
-
 static std::string_view takeUtf8Prefix(std::string_view& text) {
   const std::string_view whole = text;
   while (takeUtf8Character(text)) {
@@ -34,5 +33,4 @@ bool containsIgnoringCase(std::string_view text, std::string_view searched) {
     return searched.empty() || found.location != NSNotFound;
   }
 }
-
 }  // namespace wendle

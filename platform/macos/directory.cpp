@@ -9,7 +9,6 @@
 #include <string_view>
 
 namespace wendle {
-
 struct DirectoryStream::Implementation {
   explicit Implementation(UniqueFd directory) : stream(::fdopendir(directory.get())) {
     if (stream == nullptr) failure = errno;
@@ -89,5 +88,4 @@ bool clearUserFlagsAt(int parent, const std::string& name) {
   std::uint32_t flags = status.st_flags & ~userFlags;
   return ::setattrlistat(parent, name.c_str(), &attributes, &flags, sizeof flags, FSOPT_NOFOLLOW) == 0;
 }
-
 }  // namespace wendle

@@ -7,7 +7,6 @@
 #include "platform/macos/foundation_values.h"
 
 namespace wendle {
-
 // A path that is no UTF-8 has no NSString: its bytes are escaped one by one [I].
 static NSURL* toUrl(const std::string& path, bool isDirectory) {
   return [NSURL fileURLWithFileSystemRepresentation:path.c_str()
@@ -50,5 +49,4 @@ std::optional<PropertyListData> bookmarkData(const FileUrl& item) {
     return PropertyListData{{static_cast<const char*>(data.bytes), data.length}};
   }
 }
-
 }  // namespace wendle

@@ -9,7 +9,6 @@
 #include "base/property_list.h"
 
 namespace wendle {
-
 // Never nil: bytes that are no UTF-8 are read as ISO Latin 1, which knows every byte.
 [[nodiscard]] NSString* toNSString(std::string_view text);
 
@@ -22,5 +21,4 @@ namespace wendle {
 
 // None for an object that is no property list, or holds one that is none; none for nil.
 [[nodiscard]] std::optional<PropertyList> toPropertyList(id object);
-
 }  // namespace wendle

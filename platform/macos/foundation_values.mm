@@ -5,7 +5,6 @@
 
 namespace wendle {
 namespace {
-
 struct MakeObject {
   id operator()(const std::string& text) const { return toNSString(text); }
   id operator()(std::int64_t number) const { return [NSNumber numberWithLongLong:number]; }
@@ -65,7 +64,6 @@ std::optional<PropertyList> toDictionary(NSDictionary* objects) {
   }
   return PropertyList{std::move(dictionary)};
 }
-
 }  // namespace
 
 NSString* toNSString(std::string_view text) {
@@ -100,5 +98,4 @@ std::optional<PropertyList> toPropertyList(id object) {
   if ([object isKindOfClass:[NSDictionary class]]) return toDictionary(object);
   return std::nullopt;
 }
-
 }  // namespace wendle

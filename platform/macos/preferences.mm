@@ -5,7 +5,6 @@
 #include "platform/macos/foundation_values.h"
 
 namespace wendle {
-
 static NSUserDefaults* defaultsForDomain(const std::string& domain) {
   return [[NSUserDefaults alloc] initWithSuiteName:toNSString(domain)];
 }
@@ -28,5 +27,4 @@ bool UserDefaults::synchronize() {
     return true;
   }
 }
-
 }  // namespace wendle

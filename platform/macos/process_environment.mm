@@ -9,7 +9,6 @@
 #include "platform/macos/foundation_values.h"
 
 namespace wendle {
-
 static std::string firstPath(NSSearchPathDirectory directory, NSSearchPathDomainMask domain) {
   @autoreleasepool {
     for (NSString* path in NSSearchPathForDirectoriesInDomains(directory, domain, YES)) return toUtf8(path);
@@ -75,5 +74,4 @@ bool isEndingBySystemException() {
   const std::type_info* type = abi::__cxa_current_exception_type();
   return type != nullptr && objc_lookUpClass(type->name()) != nil;
 }
-
 }  // namespace wendle

@@ -3,7 +3,6 @@
 #include <dispatch/dispatch.h>
 
 namespace wendle {
-
 // An exception ends the process where it is thrown, not somewhere in the queue's own frames.
 static void run(const std::function<void()>& work) noexcept { work(); }
 
@@ -18,5 +17,4 @@ void afterDelayOnMainQueue(std::chrono::nanoseconds delay, std::function<void()>
     run(work);
   });
 }
-
 }  // namespace wendle

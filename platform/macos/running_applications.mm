@@ -6,7 +6,6 @@
 #include "platform/macos/foundation_values.h"
 
 namespace wendle {
-
 // The registry's own object [D]: a process number may be another application's by the time it is used.
 struct RunningApplication::Handle {
   NSRunningApplication* application;
@@ -39,5 +38,4 @@ std::vector<RunningApplication> runningApplicationsWithBundleIdentifier(const st
   }
   return found;
 }
-
 }  // namespace wendle

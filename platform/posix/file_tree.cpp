@@ -12,7 +12,6 @@
 
 namespace wendle {
 namespace {
-
 // Some file systems skip entries of a directory that shrinks while it is read; others gain entries meanwhile.
 // Such a directory is read again, but not for ever.
 constexpr int maxPasses = 16;
@@ -145,7 +144,6 @@ bool isDirectory(int parent, const DirectoryEntry& entry) {
   struct stat status {};
   return ::fstatat(parent, entry.name.c_str(), &status, AT_SYMLINK_NOFOLLOW) == 0 && S_ISDIR(status.st_mode);
 }
-
 }  // namespace
 
 Status removeItem(const std::string& path) { return Removal(AT_FDCWD).run(path); }
@@ -191,5 +189,4 @@ Status FileTree::removeItem(std::string_view path) const {
   }
   return Removal(fd).run(std::string(path));
 }
-
 }  // namespace wendle

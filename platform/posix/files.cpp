@@ -9,7 +9,6 @@
 #include <thread>
 
 namespace wendle {
-
 bool fileExists(const std::string& path) {
   struct stat status {};
   return ::stat(path.c_str(), &status) == 0;
@@ -46,5 +45,4 @@ DirectoryLock::DirectoryLock(const std::string& path, std::chrono::milliseconds 
     std::this_thread::sleep_for(interval);
   }
 }
-
 }  // namespace wendle

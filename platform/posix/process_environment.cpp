@@ -6,7 +6,6 @@
 #include <csignal>
 
 namespace wendle {
-
 static std::string usualDirectoryPath(StandardDirectory directory) {
   switch (directory) {
     case StandardDirectory::userLibrary:
@@ -34,5 +33,4 @@ std::string standardDirectoryPath(StandardDirectory directory) {
   const std::string path = systemDirectoryPath(directory);
   return path.empty() ? usualDirectoryPath(directory) : path;
 }
-
 }  // namespace wendle

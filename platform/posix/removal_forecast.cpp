@@ -12,7 +12,6 @@
 
 namespace wendle {
 namespace {
-
 ItemKind toItemKind(const struct stat& status) {
   if (S_ISLNK(status.st_mode)) return ItemKind::link;
   return S_ISDIR(status.st_mode) ? ItemKind::directory : ItemKind::file;
@@ -119,7 +118,6 @@ class Forecast {
   dev_t device_ = 0;
   RemovalForecast result_;
 };
-
 }  // namespace
 
 std::optional<RemovalForecast> forecastRemoval(const std::string& path) { return Forecast(path).run(path); }
@@ -137,5 +135,4 @@ bool isReachedByRemoval(const std::string& item, const std::string& path) {
     if (directory == item) return true;
   }
 }
-
 }  // namespace wendle

@@ -15,7 +15,6 @@ extern char** environ;  // NOLINT(readability-redundant-declaration): no header 
 
 namespace wendle {
 namespace {
-
 constexpr int firstOrdinaryFd = 3;
 constexpr size_t maxPipeCapacity = 1024 * 1024;  // pipe(7): more needs privileges; macOS's hold less [S]
 
@@ -129,7 +128,6 @@ Pipe* toPipe(const Stream& stream) {
   const auto* pipe = std::get_if<std::shared_ptr<Pipe>>(&stream);
   return pipe == nullptr ? nullptr : pipe->get();
 }
-
 }  // namespace
 
 Pipe::Pipe(size_t maxKept) : maxKept_(maxKept), status_(makeEnds()) {}
@@ -267,5 +265,4 @@ bool Task::reap(Blocking blocking) {
   }
   return true;
 }
-
 }  // namespace wendle

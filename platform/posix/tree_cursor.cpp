@@ -5,7 +5,6 @@
 #include <algorithm>
 
 namespace wendle {
-
 UniqueFd openDirectory(int parent, const std::string& name) {
   constexpr int flags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
   return UniqueFd(retryOnInterrupt([&] { return ::openat(parent, name.c_str(), flags); }));
@@ -87,5 +86,4 @@ Status TreeCursor::reopenFromAbove() {
   }
   return {};
 }
-
 }  // namespace wendle

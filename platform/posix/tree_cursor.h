@@ -10,7 +10,6 @@
 #include "platform/directory.h"
 
 namespace wendle {
-
 // Opens the directory `name` of the open directory `parent`, AT_FDCWD for a path of the process's own. Not
 // open, with errno set, when it cannot be; ENOTDIR or ELOOP when `name` is no directory or is a link.
 [[nodiscard]] UniqueFd openDirectory(int parent, const std::string& name);
@@ -72,5 +71,4 @@ class TreeCursor {
   int start_;
   std::vector<Level> levels_;
 };
-
 }  // namespace wendle

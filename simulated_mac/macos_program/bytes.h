@@ -9,7 +9,6 @@
 #include "simulated_mac/macos_program/refusal.h"
 
 namespace wendle::macho {
-
 using Bytes = std::span<const std::uint8_t>;
 
 // The part of `bytes` from `offset` on; throws Refusal, naming `what`, when it is not all there.
@@ -39,5 +38,4 @@ template <typename T>
     if ((next & 0x80U) == 0) return value;
   }
 }
-
 }  // namespace wendle::macho

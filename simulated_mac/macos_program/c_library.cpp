@@ -23,7 +23,6 @@ extern "C" int callAtExit(void (*)(void*), void*, void*) asm("__cxa_atexit");
 
 namespace wendle::macho {
 namespace {
-
 // What functions put above their buffers, and look at before they return. A fixed value will do: no attacker
 // is expected here.
 const std::uintptr_t stackGuard = 0x00A50D5AFF0A73C1;
@@ -111,7 +110,6 @@ int characterIs(std::int32_t character, unsigned long kinds) {
   const bool isInTable = character >= 0 && character < 128;
   return isInTable ? static_cast<int>(characters().types[character] & kinds) : 0;
 }
-
 }  // namespace
 
 Imports cLibraryImports() {
@@ -156,5 +154,4 @@ Imports cLibraryImports() {
   };
   return imports;
 }
-
 }  // namespace wendle::macho

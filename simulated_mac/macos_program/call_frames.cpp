@@ -8,7 +8,6 @@
 
 namespace wendle::macho {
 namespace {
-
 // Of DWARF's call frame instructions.
 constexpr std::uint8_t defineFrame = 0x0C, savedAt = 0x80;  // savedAt + register, offset / -8
 constexpr std::uint8_t absolutePointer = 0x00;
@@ -29,7 +28,6 @@ std::uint32_t bits(std::uint32_t encoding, unsigned shift, std::uint32_t mask) {
 }
 
 namespace intel {
-
 constexpr std::uint8_t framePointer = 6, stackPointer = 7, returnAddress = 16;
 constexpr std::array<std::uint8_t, 7> registers{0, 3, 12, 13, 14, 15, 6};  // by their number in encodings
 
@@ -83,11 +81,9 @@ std::optional<Frame> toFrame(std::uint32_t encoding) {
       refuseEncoding(encoding);
   }
 }
-
 }  // namespace intel
 
 namespace arm {
-
 constexpr std::uint8_t framePointer = 29, returnAddress = 30;
 // Registers are saved by pairs, in this order; the vector registers' lower halves from d8 on.
 constexpr std::array<std::uint8_t, 9> pairs{19, 21, 23, 25, 27, 64 + 8, 64 + 10, 64 + 12, 64 + 14};
@@ -119,7 +115,6 @@ std::optional<Frame> toFrame(std::uint32_t encoding) {
       refuseEncoding(encoding);
   }
 }
-
 }  // namespace arm
 
 class Writer {
@@ -191,7 +186,6 @@ class Writer {
   std::vector<std::uint8_t> bytes_;
   std::map<const void*, std::size_t> commonParts_;
 };
-
 }  // namespace
 
 bool isDescribedByDwarf(std::uint32_t encoding, Processor processor) {
@@ -208,5 +202,4 @@ std::vector<std::uint8_t> callFrames(const std::vector<UnwoundFunction>& functio
   }
   return writer.finish();
 }
-
 }  // namespace wendle::macho

@@ -8,7 +8,6 @@
 #include "simulated_mac/macos_program/unwind_info.h"
 
 namespace wendle::macho {
-
 // A function as it lies in memory.
 struct UnwoundFunction {
   const void* start = nullptr;
@@ -25,5 +24,4 @@ struct UnwoundFunction {
 // describes, are left out. Throws Refusal for an encoding that is unknown.
 [[nodiscard]] std::vector<std::uint8_t> callFrames(const std::vector<UnwoundFunction>& functions,
                                                    Processor processor);
-
 }  // namespace wendle::macho

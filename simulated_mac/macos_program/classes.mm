@@ -10,7 +10,6 @@
 
 namespace wendle::macho {
 namespace {
-
 struct MethodList {
   std::uint32_t elementSize, count;
   struct {
@@ -130,9 +129,7 @@ class Registration {
   const Image& image_;
   std::map<void*, Class> made_;  // nil for those that are not made yet
 };
-
 }  // namespace
 
 void registerObjectiveC(const Image& image) { Registration(image).run(); }
-
 }  // namespace wendle::macho

@@ -10,7 +10,6 @@
 
 namespace wendle::macho {
 namespace {
-
 struct DarwinError {
   int host = 0, darwin = 0;
   const char* text = nullptr;  // macOS's (its C library's errlst.c) where this system says something else
@@ -46,7 +45,6 @@ constexpr std::array<int, 32> signals{
     0,       SIGHUP, SIGINT,  SIGQUIT, SIGILL,    SIGTRAP, SIGABRT,  0,       SIGFPE,  SIGKILL, SIGBUS,
     SIGSEGV, SIGSYS, SIGPIPE, SIGALRM, SIGTERM,   SIGURG,  SIGSTOP,  SIGTSTP, SIGCONT, SIGCHLD, SIGTTIN,
     SIGTTOU, SIGIO,  SIGXCPU, SIGXFSZ, SIGVTALRM, SIGPROF, SIGWINCH, 0,       SIGUSR1, SIGUSR2};
-
 }  // namespace
 
 void refuse(const std::string& sentence) noexcept {
@@ -88,5 +86,4 @@ int toDarwinSignal(int hostNumber) {
   }
   refuse("macOS's number of the signal " + std::to_string(hostNumber) + " is unknown here");
 }
-
 }  // namespace wendle::macho

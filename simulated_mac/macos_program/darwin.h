@@ -9,7 +9,6 @@
 #include <type_traits>
 
 namespace wendle::macho {
-
 // This thread's errno as the program sees it.
 [[nodiscard]] int& darwinErrno();
 
@@ -41,5 +40,4 @@ template <typename R, typename... A, bool isNoexcept, R (*function)(A...) noexce
 struct WithErrno<function> {
   static R call(A... arguments) { return withErrno(function(arguments...)); }
 };
-
 }  // namespace wendle::macho

@@ -7,7 +7,6 @@
 #include "simulated_mac/macos_program/imports.h"
 
 namespace wendle::macho {
-
 Imports exceptionImports() {
   static const Import imports[] = {
       provide("__Unwind_RaiseException", _Unwind_RaiseException),
@@ -21,5 +20,4 @@ Imports exceptionImports() {
   };
   return imports;
 }
-
 }  // namespace wendle::macho

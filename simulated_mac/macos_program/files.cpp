@@ -19,9 +19,7 @@
 #include "simulated_mac/macos_program/variadic.h"
 
 namespace wendle::macho {
-
 namespace {
-
 struct DarwinStat {
   std::int32_t device;
   std::uint16_t mode, links;
@@ -167,7 +165,6 @@ int pollDescriptors(pollfd* descriptors, unsigned count, int timeout) {
 #else
 #define WENDLE_INODE64(name) name
 #endif
-
 }  // namespace
 
 void refuseArgument(const char* call, int argument) {
@@ -222,5 +219,4 @@ Imports fileImports() {
   };
   return imports;
 }
-
 }  // namespace wendle::macho

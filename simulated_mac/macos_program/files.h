@@ -6,7 +6,6 @@
 #include <cstdint>
 
 namespace wendle::macho {
-
 [[noreturn]] void refuseArgument(const char* call, int argument);
 
 // The one flag that a call knows, or none, as this system has it; refuses others.
@@ -24,5 +23,4 @@ constexpr int darwinCurrentDirectory = -2;  // AT_FDCWD
 constexpr std::uint32_t datalessFlag = 0x40000000;
 [[nodiscard]] std::uint32_t toFlags(const struct stat& item);
 [[nodiscard]] std::uint32_t flagsAt(int fd, const char* path);
-
 }  // namespace wendle::macho

@@ -4,7 +4,6 @@
 
 namespace wendle::macho {
 namespace {
-
 constexpr const char* what = "its list of pointers to be set";
 constexpr std::uint64_t pointerSize = 8;
 
@@ -126,7 +125,6 @@ std::vector<Bind> readBinds(const MachO& image, Bytes list, bool isLazy) {
   if (!isLazy && !list.empty()) throw Refusal("it is damaged: its list of pointers to be bound has no end");
   return result;
 }
-
 }  // namespace
 
 std::vector<std::uint64_t> rebases(const MachO& image) {
@@ -179,5 +177,4 @@ std::vector<std::uint64_t> rebases(const MachO& image) {
 
 std::vector<Bind> binds(const MachO& image) { return readBinds(image, image.binds, false); }
 std::vector<Bind> lazyBinds(const MachO& image) { return readBinds(image, image.lazyBinds, true); }
-
 }  // namespace wendle::macho

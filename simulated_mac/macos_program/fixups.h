@@ -9,7 +9,6 @@
 #include "simulated_mac/macos_program/mach_o.h"
 
 namespace wendle::macho {
-
 struct Bind {
   std::uint64_t address = 0;  // of the pointer
   std::string symbol;         // with the leading underscore of C
@@ -21,5 +20,4 @@ struct Bind {
 [[nodiscard]] std::vector<std::uint64_t> rebases(const MachO& image);
 [[nodiscard]] std::vector<Bind> binds(const MachO& image);
 [[nodiscard]] std::vector<Bind> lazyBinds(const MachO& image);
-
 }  // namespace wendle::macho

@@ -17,7 +17,6 @@
 #include "simulated_mac/macos_program/start.h"
 
 namespace {
-
 NSString* toText(const std::string& bytes) {
   NSString* text = [NSString stringWithUTF8String:bytes.c_str()];
   return text != nil ? text : [NSString stringWithCString:bytes.c_str() encoding:NSISOLatin1StringEncoding];
@@ -45,7 +44,6 @@ std::vector<int> processesOfApplication(const std::string& identifier) {
   std::sort(found.begin(), found.end());
   return found;
 }
-
 }  // namespace
 
 @interface MacRunningApplication : NSObject {
@@ -156,7 +154,6 @@ std::vector<int> processesOfApplication(const std::string& identifier) {
 
 namespace wendle::macho {
 namespace {
-
 NSString* home() { return toText(homeDirectory()); }
 
 NSArray* searchPaths(NSUInteger directory, NSUInteger domain, BOOL expandsTilde) {
@@ -181,7 +178,6 @@ Class runningApplicationClass() {
   objc_registerClassPair(type);
   return type;
 }
-
 }  // namespace
 
 Imports foundationSystemImports() {
@@ -197,5 +193,4 @@ Imports foundationSystemImports() {
   };
   return imports;
 }
-
 }  // namespace wendle::macho

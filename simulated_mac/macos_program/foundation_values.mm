@@ -89,7 +89,6 @@
 
 namespace wendle::macho {
 namespace {
-
 // What a block's first word points to is no class for GCC's runtime; so it gets the contents of GNUstep's
 // class of blocks.
 void makeBlocksObjects() {
@@ -103,7 +102,6 @@ void makeBlocksObjects() {
     std::copy_n(reinterpret_cast<void**>(type), classWords, place);
   }
 }
-
 }  // namespace
 
 void startFoundation() {
@@ -119,5 +117,4 @@ Imports foundationValueImports() {
   };
   return imports;
 }
-
 }  // namespace wendle::macho

@@ -18,7 +18,6 @@ extern "C" void registerFrames(void** lists) asm("__register_frame_table");  // 
 
 namespace wendle::macho {
 namespace {
-
 const Image* loadedImage = nullptr;
 
 std::vector<std::uint8_t> readFile(const std::string& path) {
@@ -48,7 +47,6 @@ asm(".globl stubBinder\n stubBinder: movq 8(%rsp), %rdi\n andq $-16, %rsp\n call
 #elif defined(__aarch64__)
 asm(".globl stubBinder\n stubBinder: ldr x0, [sp]\n bl refuseLazyBind");
 #endif
-
 }  // namespace
 
 const Image& Image::load(const std::string& path) {
@@ -152,5 +150,4 @@ int Image::runMain() const {
   const auto main = reinterpret_cast<Main>(at(headers_.entry));
   return main(start().argumentCount, start().arguments, start().environment, start().arguments);
 }
-
 }  // namespace wendle::macho

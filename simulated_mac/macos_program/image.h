@@ -8,7 +8,6 @@
 #include "simulated_mac/macos_program/mach_o.h"
 
 namespace wendle::macho {
-
 // There is one at a time, and it stays until the process ends: its code and its classes may be in use
 // anywhere.
 class Image {
@@ -52,5 +51,4 @@ class Image {
   MachO headers_;
   std::uint8_t* base_ = nullptr;  // of __TEXT
 };
-
 }  // namespace wendle::macho

@@ -6,7 +6,6 @@
 #include "simulated_mac/macos_program/refusal.h"
 
 namespace wendle::macho {
-
 const void* findImport(const std::string& name) {
   static const auto table = [] {
     std::unordered_map<std::string_view, const void*> result;
@@ -23,5 +22,4 @@ const void* findImport(const std::string& name) {
   const auto found = table.find(name);
   return found != table.end() ? found->second : findClass(name);
 }
-
 }  // namespace wendle::macho

@@ -6,7 +6,6 @@
 #include <string_view>
 
 namespace wendle::macho {
-
 struct Import {
   const char* name;  // with the leading underscore of C
   const void* address;
@@ -32,5 +31,4 @@ template <typename Function>
 // Null when nothing stands for it. A class of Foundation (_OBJC_CLASS_$_NSString) is GNUstep's, unless a
 // group has one of its own.
 [[nodiscard]] const void* findImport(const std::string& name);
-
 }  // namespace wendle::macho

@@ -13,7 +13,6 @@
 
 namespace wendle::macho {
 namespace {
-
 constexpr std::uint32_t userImmutable = 0x2, systemImmutable = 0x20000;
 constexpr std::pair<mode_t, std::uint32_t> flagModes[] = {
     {S_ISUID, userImmutable}, {S_ISGID, systemImmutable}, {S_ISVTX, datalessFlag}};
@@ -63,7 +62,6 @@ int setAttributesAt(int fd, const char* path, const std::uint32_t* attributes, c
   if (::fstatat(directoryAt(fd), path, &item, AT_SYMLINK_NOFOLLOW) != 0) return withErrno(-1);
   return withErrno(::fchmodat(directoryAt(fd), path, modeWithFlags(item, *flags), 0));
 }
-
 }  // namespace
 
 std::uint32_t toFlags(const struct stat& item) {
@@ -86,5 +84,4 @@ Imports itemFlagImports() {
   };
   return imports;
 }
-
 }  // namespace wendle::macho

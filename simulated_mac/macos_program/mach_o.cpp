@@ -7,7 +7,6 @@
 
 namespace wendle::macho {
 namespace {
-
 constexpr std::uint32_t universalMagic = 0xCAFEBABE, magic64 = 0xFEEDFACF;
 constexpr std::uint32_t executableFile = 2;  // MH_EXECUTE
 constexpr std::uint64_t maxImageSize = std::uint64_t{1} << 30U;
@@ -210,7 +209,6 @@ class Parser {
   std::optional<std::uint64_t> entryOffset_;
   std::set<std::uint64_t> functions_;  // by their offsets, as that of main
 };
-
 }  // namespace
 
 const Segment* MachO::findSegment(std::uint64_t address, std::uint64_t size) const {
@@ -250,5 +248,4 @@ Bytes MachO::content(const Section& section) const {
 MachO parseMachO(Bytes file, Processor processor) {
   return Parser(halfFor(file, processor)).parse(processor);
 }
-
 }  // namespace wendle::macho

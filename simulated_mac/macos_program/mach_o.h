@@ -11,7 +11,6 @@
 #include "simulated_mac/macos_program/bytes.h"
 
 namespace wendle::macho {
-
 enum class Processor : std::uint32_t { x86_64 = 0x01000007, arm64 = 0x0100000C };
 
 #if defined(__x86_64__)
@@ -51,5 +50,4 @@ struct MachO {
 // The half for `processor`; `file` is a universal file, or holds that half alone, and must outlive the
 // result. Throws Refusal when there is no such half, or something in it that the loader does not know.
 [[nodiscard]] MachO parseMachO(Bytes file, Processor processor);
-
 }  // namespace wendle::macho

@@ -8,7 +8,6 @@
 #include "simulated_mac/macos_program/start.h"
 
 namespace wendle::macho {
-
 static const Image& loadOrRefuse() {
   if (start().argumentCount < 1) refuse("the path of a macOS executable is needed");
   const std::string path = start().arguments[0];
@@ -19,7 +18,6 @@ static const Image& loadOrRefuse() {
     refuse(path + " cannot be run: " + refusal.what());
   }
 }
-
 }  // namespace wendle::macho
 
 // What the program throws must find its own handlers: nothing here catches it.

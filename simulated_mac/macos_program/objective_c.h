@@ -6,7 +6,6 @@
 #include "simulated_mac/macos_program/image.h"
 
 namespace wendle::macho {
-
 // The class of an import such as _OBJC_CLASS_$_NSString, or its metaclass; null when there is none.
 [[nodiscard]] const void* findClass(const std::string& import);
 
@@ -28,5 +27,4 @@ class AutoreleasePool {
  private:
   void* pool_;
 };
-
 }  // namespace wendle::macho

@@ -132,7 +132,6 @@ sendMessageToSuper:
 
 namespace wendle::macho {
 namespace {
-
 id retain(id object) { return [object retain]; }
 void release(id object) { [object release]; }
 id autorelease(id object) { return [object autorelease]; }
@@ -149,7 +148,6 @@ void refuseMutation(id collection) {
 }
 
 const char emptyCache = 0;  // part of each class of macOS's runtime
-
 }  // namespace
 
 const void* findClass(const std::string& import) {
@@ -186,5 +184,4 @@ Imports objectiveCImports() {
   };
   return imports;
 }
-
 }  // namespace wendle::macho

@@ -17,7 +17,6 @@
 
 namespace wendle::macho {
 namespace {
-
 // What a posix_spawnattr_t of macOS points to.
 struct Attributes {
   int flags = 0;
@@ -180,7 +179,6 @@ int changeAction(int number, const SignalAction* action, SignalAction* former) {
   if (action != nullptr && handle(number, action->handler) == SIG_ERR) return -1;
   return 0;
 }
-
 }  // namespace
 
 Imports processImports() {
@@ -205,5 +203,4 @@ Imports processImports() {
   };
   return imports;
 }
-
 }  // namespace wendle::macho

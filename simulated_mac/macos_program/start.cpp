@@ -11,7 +11,6 @@
 
 namespace wendle::macho {
 namespace {
-
 char** copied(char** texts) {
   int count = 0;
   while (texts[count] != nullptr) ++count;
@@ -40,14 +39,12 @@ __attribute__((section(".preinit_array"), used)) void (*const beforeLibraries)(i
 
 passwd user{const_cast<char*>("pat"),        const_cast<char*>("x"),       501, 20, const_cast<char*>("pat"),
             const_cast<char*>("/Users/pat"), const_cast<char*>("/bin/zsh")};
-
 }  // namespace
 
 Start& start() {
   static Start kept;
   return kept;
 }
-
 }  // namespace wendle::macho
 
 // The Mac's one user. A simulated Mac has no password database, in which GNUstep looks its user up.

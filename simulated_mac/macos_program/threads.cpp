@@ -19,7 +19,6 @@
 
 namespace wendle::macho {
 namespace {
-
 // A lock in the program's memory: a word that its static initialiser sets, and room, in which ours is kept
 // from the first use on.
 template <typename Lock, std::uint64_t initialWord>
@@ -125,7 +124,6 @@ void after(std::uint64_t when, const char* queue, const Block* block) {
   const auto left = static_cast<std::int64_t>(when - now());
   afterDelayOnMainQueue(std::chrono::nanoseconds(left), toWork(block));
 }
-
 }  // namespace
 
 Imports threadImports() {
@@ -150,5 +148,4 @@ Imports threadImports() {
   };
   return imports;
 }
-
 }  // namespace wendle::macho

@@ -5,7 +5,6 @@
 
 namespace wendle::macho {
 namespace {
-
 constexpr const char* what = "its unwind table";
 constexpr std::uint32_t hasExceptionTable = 0x40000000;
 
@@ -108,9 +107,7 @@ class Table {
   Bytes bytes_;
   TableHeader header_;
 };
-
 }  // namespace
 
 std::vector<UnwindEntry> parseUnwindInfo(Bytes section) { return Table(section).entries(); }
-
 }  // namespace wendle::macho

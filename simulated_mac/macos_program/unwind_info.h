@@ -8,7 +8,6 @@
 #include "simulated_mac/macos_program/bytes.h"
 
 namespace wendle::macho {
-
 // A function; places are offsets from the image's first address, 0 for none.
 struct UnwindEntry {
   std::uint32_t start = 0, end = 0;
@@ -21,5 +20,4 @@ inline constexpr std::uint32_t encodingMode = 0x0F000000;  // what kind of frame
 
 // In the order of their places. `section` may be anything; throws Refusal for what is damaged.
 [[nodiscard]] std::vector<UnwindEntry> parseUnwindInfo(Bytes section);
-
 }  // namespace wendle::macho

@@ -8,7 +8,6 @@
 #include <utility>
 
 namespace wendle::macho {
-
 #if defined(__x86_64__)
 
 using DarwinList = std::decay_t<va_list>;
@@ -53,5 +52,4 @@ struct Variadic;
 template <typename R, typename... Fixed, R (*function)(va_list, Fixed...)>
 struct Variadic<function>
     : VariadicEntry<function, std::make_index_sequence<skippedRegisters(sizeof...(Fixed))>> {};
-
 }  // namespace wendle::macho

@@ -14,7 +14,6 @@
 
 namespace wendle::mac {
 namespace {
-
 const std::map<std::string, int (*)(const Strings&)> simulatedTools = {
     {"launchctl", launchctl},   {"pluginkit", pluginkit},
     {"tccutil", tccutil},       {"defaults", defaults},
@@ -125,7 +124,6 @@ int runWritten(const fs::path& path, const Strings& arguments, char** argv) {
   if (WIFSIGNALED(status)) dieOfSignal(WTERMSIG(status));
   return WEXITSTATUS(status);
 }
-
 }  // namespace
 
 bool fits(const Strings& arguments, std::string_view pattern) {
@@ -140,7 +138,6 @@ int complain(std::string_view text, int status) {
   std::cerr << text << std::endl;
   return status;
 }
-
 }  // namespace wendle::mac
 
 int main(int argc, char** argv) try {

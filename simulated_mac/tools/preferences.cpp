@@ -12,7 +12,6 @@
 
 namespace wendle::mac {
 namespace {
-
 std::string listedText(const std::string& text) {
   const auto isPlain = [](unsigned char c) { return c < 0x80 && std::isalnum(c) != 0; };
   if (!text.empty() && std::all_of(text.begin(), text.end(), isPlain)) return text;
@@ -71,7 +70,6 @@ bool removeAt(plist_t node, const std::string& path) {
   }
   return false;
 }
-
 }  // namespace
 
 int defaults(const Strings& arguments) {
@@ -105,5 +103,4 @@ int plistBuddy(const Strings& arguments) {
   if (isRemoved) writePlist(file, list.get());
   return isRemoved || !text.empty() ? 0 : complain(verb + ": Entry, \"" + entry + "\", Does Not Exist", 1);
 }
-
 }  // namespace wendle::mac

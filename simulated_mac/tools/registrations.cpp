@@ -13,7 +13,6 @@
 
 namespace wendle::mac {
 namespace {
-
 constexpr int jobExitTimeoutMs = 1000;
 
 // The processes besides the session for which `matches` holds; it is given the words in /proc/PID/NAME.
@@ -63,7 +62,6 @@ std::set<std::string> findBundles(const std::string& identifier) {
   });
   return found;
 }
-
 }  // namespace
 
 int openProcess(int pid) { return static_cast<int>(::syscall(SYS_pidfd_open, pid, 0)); }
@@ -133,5 +131,4 @@ int killall(const Strings& arguments) {
   for (const int pid : pids) ::kill(pid, SIGTERM);
   return pids.empty() ? complain("No matching processes belonging to you were found", 1) : 0;
 }
-
 }  // namespace wendle::mac

@@ -12,7 +12,6 @@
 
 namespace wendle::mac {
 namespace {
-
 constexpr int timeLimitMs = 4 * 60 * 1000;
 
 // `plan`: "process", name, identifier, job, "stubborn" or nothing. Returns when the application runs: a pipe
@@ -67,7 +66,6 @@ std::string waitForOutcome(pid_t pid) {
   ::waitpid(pid, &status, 0);
   return inTime ? outcomeText(status) : "timed out";
 }
-
 }  // namespace
 
 void execute(const char* program, Strings arguments) {
@@ -99,5 +97,4 @@ int sessionMain(const Strings& arguments) {
   std::cout << nulTerminated(result) << std::flush;
   return 0;
 }
-
 }  // namespace wendle::mac

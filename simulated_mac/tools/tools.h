@@ -5,7 +5,6 @@
 #include "simulated_mac/shared.h"
 
 namespace wendle::mac {
-
 int launchctl(const Strings& arguments);
 int pluginkit(const Strings& arguments);
 int tccutil(const Strings& arguments);
@@ -32,5 +31,4 @@ int complain(std::string_view text, int status);
 // A descriptor that becomes readable when the process has ended; negative when it is gone. (The C library's
 // own wrapper cannot be linked from C++ everywhere.)
 int openProcess(int pid);
-
 }  // namespace wendle::mac

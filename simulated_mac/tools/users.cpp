@@ -11,12 +11,10 @@
 
 namespace wendle::mac {
 namespace {
-
 // A name and a number; nothing when nobody is there.
 Strings consoleUser() {
   return split(fs::exists(consoleUserFile) ? readFile(consoleUserFile) : "pat 501", ' ');
 }
-
 }  // namespace
 
 // Root and pat are one user of the host: number 0 of a namespace, with every privilege there, and number 501
@@ -67,5 +65,4 @@ int sudo(const Strings& arguments) {
   ::umask(::umask(0) | 022);
   execute(arguments[4].c_str(), {arguments.begin() + 4, arguments.end()});
 }
-
 }  // namespace wendle::mac

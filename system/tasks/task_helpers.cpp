@@ -3,7 +3,6 @@
 #include "base/text.h"
 
 namespace wendle {
-
 constexpr size_t maxCommandOutput = 16 * 1024 * 1024;
 
 // One byte more than a limit tells whether the limit cuts a character in two.
@@ -72,5 +71,4 @@ Status terminationError(const Task& task) {
   return Error{std::string(statusErrorDomain), task.terminationStatus(),
                isUtf8(text) ? trimmed(text) : "No description"};
 }
-
 }  // namespace wendle

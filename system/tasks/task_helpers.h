@@ -6,7 +6,6 @@
 #include "platform/subprocess.h"
 
 namespace wendle {
-
 // How this program runs the system's tools. Nothing here logs.
 
 inline constexpr size_t maxLoggedText = 64 * 1024;  // bytes of a tool's text that go into the log
@@ -43,5 +42,4 @@ void run(Task& task, const std::string& executable, const std::vector<std::strin
 // it. Success for status 0, and when its error output was not on a pipe. Reads that pipe, so it can be asked
 // once.
 [[nodiscard]] Status terminationError(const Task& task);
-
 }  // namespace wendle

@@ -9,7 +9,6 @@
 #include "syscall_faults.h"
 
 namespace wendle {
-
 using Plant = void (*)(const TempDirectory& temp);  // makes what is to be removed: "item"
 
 static void plantDirectory(const TempDirectory& temp, const std::string& directory) {
@@ -205,5 +204,4 @@ TEST(UnknownTypes, HideNoDirectoryFromAWalkAndMakeNoLinkOne) {
   EXPECT_EQ(found(), want);
   areTypesHidden = false;
 }
-
 }  // namespace wendle

@@ -11,7 +11,6 @@
 #include "syscall_faults.h"
 
 namespace wendle {
-
 // A tree of directories inside one another, and beside it a bystander with entries of the same names. The
 // directories of the tree change places with links to the bystander that lie in the bystander: so a step
 // through such a link leads there, and so does the way up from a directory that was moved.
@@ -70,5 +69,4 @@ TEST(LinkRace, DeletionLosesNoBystander) {
     ASSERT_EQ(arena.lostEntries(), 0);
   }
 }
-
 }  // namespace wendle

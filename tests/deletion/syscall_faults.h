@@ -8,7 +8,6 @@
 #include <utility>
 
 namespace wendle {
-
 // The system calls of a deletion: openat(2), getdents64(2), fstat(2) and unlinkat(2). macOS reads a directory
 // out of sight [S]; there the first readdir(3) of one counts as the read that lists all, and the last as the
 // one that finds the end.
@@ -43,5 +42,4 @@ bool fails(Syscall call, Item item) {
 
 // Lets two entries change places at one moment. False when one is not there, or the file system cannot do it.
 bool exchange(int directory, const char* name, int otherDirectory, const char* otherName);
-
 }  // namespace wendle

@@ -10,7 +10,6 @@
 
 namespace wendle::test {
 namespace {
-
 using mac::SessionResult;
 using mac::SimulatedMac;
 
@@ -237,6 +236,5 @@ INSTANTIATE_TEST_SUITE_P(
         {"WithAnUnknownMode", uninstall + " hard", "exit 2"},
     }),
     [](const auto& c) { return c.param.name; });
-
 }  // namespace
 }  // namespace wendle::test

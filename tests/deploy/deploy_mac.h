@@ -4,7 +4,6 @@
 #include "simulated_mac/shared.h"
 
 namespace wendle::test {
-
 inline const std::string tools = "/Library/WendleUninstaller/";
 
 inline void addExecutable(mac::SimulatedMac& mac, const std::string& path, const std::string& content) {
@@ -17,5 +16,4 @@ inline void installTools(mac::SimulatedMac& mac) {
   for (const auto& file : std::filesystem::directory_iterator(DEPLOY_DIRECTORY))
     addExecutable(mac, tools + file.path().filename().string(), mac::readFile(file.path()));
 }
-
 }  // namespace wendle::test

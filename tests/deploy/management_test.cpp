@@ -5,7 +5,6 @@
 
 namespace wendle::test {
 namespace {
-
 using mac::SessionResult;
 using mac::SimulatedMac;
 
@@ -85,6 +84,5 @@ TEST(JamfTest, TellsWhatIsLeftAndRunsTheMode) {
   EXPECT_EQ(runShell(mac, tools + "jamf-policy / mac pat"), "exit 1\n--hard\n");
   EXPECT_EQ(runShell(mac, tools + "jamf-policy / mac pat --soft"), "exit 1\n--soft\n");
 }
-
 }  // namespace
 }  // namespace wendle::test

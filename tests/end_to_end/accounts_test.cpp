@@ -15,7 +15,6 @@
 
 namespace wendle::test {
 namespace {
-
 std::string toUrl(const std::string& path) {
   return FileUrl::fileUrlWithDirectoryPath(path).absoluteString();
 }
@@ -229,6 +228,5 @@ TEST_P(RandomAccountsTest, LoseExactlyWhatThePreviewLists) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Shares, RandomAccountsTest, testing::Range(0U, shares));
-
 }  // namespace
 }  // namespace wendle::test

@@ -15,7 +15,6 @@
 
 namespace wendle::test {
 namespace {
-
 using mac::home;
 using mac::SimulatedMac;
 
@@ -245,6 +244,5 @@ INSTANTIATE_TEST_SUITE_P(
           {noItem, {"[4] uninstaller: Invalid dock item location: " + std::string(65'536, 'x')}}}},
     }),
     toName);
-
 }  // namespace
 }  // namespace wendle::test

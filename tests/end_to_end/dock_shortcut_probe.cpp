@@ -10,7 +10,6 @@
 #include "platform/queues.h"
 
 namespace {
-
 using wendle::DockShortcutChange;
 using wendle::FileUrl;
 
@@ -40,7 +39,6 @@ void changeWithCompletion(const FileUrl& folder) {
   changePersistenceOfShortcutInDockFolderURL(folder, DockShortcutChange::add, complete, setFlag);
   wendle::serveMainQueueUntil([&] { return isDone; });
 }
-
 }  // namespace
 
 int main(int argc, char** argv) {

@@ -8,7 +8,6 @@
 
 namespace wendle::test {
 namespace {
-
 using mac::SimulatedMac;
 
 const std::string dockPlist = "/Users/pat/Library/Preferences/com.apple.dock.plist";
@@ -142,6 +141,5 @@ TEST(DockShortcutTest, RefusesToReplacePreferencesThatItCannotRead) {
   EXPECT_EQ(run(mac, {"add", folder}).outcome, "exit 0");
   EXPECT_EQ(mac.read(dockPlist), "no property list");
 }
-
 }  // namespace
 }  // namespace wendle::test

@@ -8,7 +8,6 @@
 
 namespace wendle::test {
 namespace {
-
 const std::string source = SOURCE_DIRECTORY;
 
 TEST(FactsTest, HoldInTheSimulatedMac) {
@@ -29,6 +28,5 @@ TEST(FactsTest, StandInThePageAboutTheSimulatedMac) {
   EXPECT_NE(page.str().find("\n\n" + ledger.out + "\n"), std::string::npos)
       << "docs/simulated-mac.md has another table than simulated_mac/facts/ledger prints: " << ledger.err;
 }
-
 }  // namespace
 }  // namespace wendle::test

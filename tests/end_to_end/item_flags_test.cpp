@@ -8,7 +8,6 @@
 
 namespace wendle::test {
 namespace {
-
 using std::filesystem::perms;
 
 constexpr perms userImmutable = perms::set_uid, systemImmutable = perms::set_gid,
@@ -43,6 +42,5 @@ TEST_P(ItemFlagsTest, OfUsersAreClearedForRootAndADatalessDirectoryGoesUnread) {
 
 INSTANTIATE_TEST_SUITE_P(Users, ItemFlagsTest, testing::Bool(),
                          [](const auto& user) { return user.param ? "root" : "pat"; });
-
 }  // namespace
 }  // namespace wendle::test

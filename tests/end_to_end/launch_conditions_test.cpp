@@ -8,7 +8,6 @@
 
 namespace wendle::test {
 namespace {
-
 void expectSequence(mac::SimulatedMac& mac, const Lines& log, const mac::SessionOptions& options = {}) {
   mac::installClient(mac);
   const RunResult seen = runUninstaller(mac, {"--hard"}, options);
@@ -50,6 +49,5 @@ TEST(LaunchConditions, HandNoDescriptorOfTheLauncherToATool) {
   EXPECT_EQ(seen.outcome + "\n" + seen.out, "exit 0\nheld\nreleased\n");
   EXPECT_EQ(seen.log.size(), logIn(expectedLines("bare.txt", "updates")).size());
 }
-
 }  // namespace
 }  // namespace wendle::test

@@ -10,7 +10,6 @@
 
 namespace wendle::test {
 namespace {
-
 class ModeTest : public testing::TestWithParam<const char*> {};
 
 TEST_P(ModeTest, RemovesExactlyItsListFromAnInstalledClient) {
@@ -137,6 +136,5 @@ TEST(CommandLineTest, LeavesNoTraceWhenItNamesNone) {
     EXPECT_EQ(seen.outcome + joined(seen.sequence) + seen.out + seen.err, "exit 0");
   }
 }
-
 }  // namespace
 }  // namespace wendle::test

@@ -8,7 +8,6 @@
 
 namespace wendle::test {
 namespace {
-
 const std::string folder = std::string("/host") + SOURCE_DIRECTORY + "/tests/on_a_mac/";
 
 // Runs the shell's words behind those that load the scripts; $items is the table.
@@ -106,6 +105,5 @@ TEST(OnAMacTest, RefusesAnythingButAMacThatIsThrownAway) {
             std::string::npos);
   EXPECT_EQ(joined(mac::difference(before, mac.snapshot()).removed), "");
 }
-
 }  // namespace
 }  // namespace wendle::test

@@ -10,7 +10,6 @@
 
 namespace wendle::test {
 namespace {
-
 Lines splitCells(const std::string& row) {
   static const std::regex separator(R"( *\| *)");
   return {std::sregex_token_iterator(row.begin() + 2, row.end(), separator, -1), {}};
@@ -117,6 +116,5 @@ TEST(Readme, SaysWhatEachModeRemoves) {
     }
   }
 }
-
 }  // namespace
 }  // namespace wendle::test

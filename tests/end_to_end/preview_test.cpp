@@ -11,7 +11,6 @@
 
 namespace wendle::test {
 namespace {
-
 const mac::ProcessPlan secondExtension{.name = "WendleExtension",
                                        .identifier = "com.wendle.DesktopClient.WendleExtension"};
 
@@ -138,6 +137,5 @@ TEST(PreviewTest, IsNoneWhenAToolIsMissing) {
   const RunResult seen = runReport(mac, {"preview", "--soft"});
   EXPECT_EQ(seen.outcome + seen.out, "exit 2");
 }
-
 }  // namespace
 }  // namespace wendle::test

@@ -11,7 +11,6 @@
 
 namespace wendle::test {
 namespace {
-
 namespace fs = std::filesystem;
 
 struct Shown {
@@ -90,6 +89,5 @@ TEST_F(RehearseTest, SaysWhyThereIsNone) {
   EXPECT_EQ(rehearse("--soft", "TMPDIR=/nowhere").text, "rehearse: TMPDIR names no directory.\n");
   EXPECT_TRUE(fs::is_empty(directory_));
 }
-
 }  // namespace
 }  // namespace wendle::test

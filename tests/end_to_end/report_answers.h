@@ -9,7 +9,6 @@
 #include "support/run_result.h"
 
 namespace wendle::test {
-
 using nlohmann::json;
 
 inline json ask(mac::SimulatedMac& mac, const Lines& question, bool startsProcesses = false) {
@@ -26,5 +25,4 @@ inline std::set<std::string> labels(const json& preview, const std::string& kind
   }
   return found;
 }
-
 }  // namespace wendle::test

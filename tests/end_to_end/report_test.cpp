@@ -10,7 +10,6 @@
 
 namespace wendle::test {
 namespace {
-
 using mac::SimulatedMac;
 
 const std::string logs = "/Users/pat/Library/Logs/Wendle/";
@@ -171,6 +170,5 @@ TEST(ReportTest, FailsWhenItCannotBeWritten) {
     EXPECT_EQ(seen.err, complaint("cannot write the report: No space left on device"));
   }
 }
-
 }  // namespace
 }  // namespace wendle::test

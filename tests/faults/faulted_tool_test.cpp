@@ -12,7 +12,6 @@
 
 namespace wendle::test {
 namespace {
-
 using mac::FaultKind;
 
 enum class Harm { none, inOneRun, fromThenOn };
@@ -172,6 +171,5 @@ INSTANTIATE_TEST_SUITE_P(
                         Misbehaviour{"LeavesGrandchild", Harm::none, {"", 1, FaultKind::leavesGrandchild, 0}},
                         Misbehaviour{"ReadsInput", Harm::none, {"", 1, FaultKind::readsInput}})),
     toName);
-
 }  // namespace
 }  // namespace wendle::test

@@ -8,7 +8,6 @@
 
 namespace wendle::test {
 namespace {
-
 class KilledRunTest : public testing::TestWithParam<std::string> {};
 
 TEST_P(KilledRunTest, IsMadeUpForByTheNext) {
@@ -35,6 +34,5 @@ TEST_P(KilledRunTest, IsMadeUpForByTheNext) {
 
 INSTANTIATE_TEST_SUITE_P(Modes, KilledRunTest, testing::ValuesIn(modes),
                          [](const auto& c) { return c.param; });
-
 }  // namespace
 }  // namespace wendle::test

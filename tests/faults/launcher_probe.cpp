@@ -11,7 +11,6 @@
 #include <string_view>
 
 namespace {
-
 constexpr int succeeded = 0;  // as waitpid tells it
 
 pid_t start(char** command) {
@@ -58,7 +57,6 @@ int superviseClient(char* self, char* identifier, char** command) {
   while (::wait(&end) > 0 && end == succeeded) continue;
   return end == succeeded ? 0 : 3;
 }
-
 }  // namespace
 
 int main(int argc, char** argv) {

@@ -9,7 +9,6 @@
 
 namespace wendle::test {
 namespace {
-
 class LauncherTest : public testing::TestWithParam<std::string> {
  protected:
   // Runs the launcher on an installed client: all goes as it does without one.
@@ -57,6 +56,5 @@ exec "/usr/bin/${0##*/}" "$@"
   EXPECT_EQ(runUninstaller(mac, {"--soft"}, options).outcome, "exit 0");
   EXPECT_EQ(mac.read("/Users/Shared/seen"), "defaults 7\nkillall 7\n");
 }
-
 }  // namespace
 }  // namespace wendle::test

@@ -7,7 +7,6 @@
 #include "simulated_mac/macos_program/unwind_info.h"
 
 namespace {
-
 using namespace wendle::macho;
 using wendle::property;
 
@@ -61,7 +60,6 @@ void readOpcodes(Bytes opcodes) {
     });
   }
 }
-
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {

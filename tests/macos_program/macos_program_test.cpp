@@ -12,7 +12,6 @@
 
 namespace wendle::test {
 namespace {
-
 using mac::ProcessOutcome;
 using mac::SimulatedMac;
 
@@ -211,6 +210,5 @@ INSTANTIATE_TEST_SUITE_P(
          "nothing stands for -objc_msgSend, which it needs"},
     }),
     [](const auto& c) { return c.param.name; });
-
 }  // namespace
 }  // namespace wendle::test

@@ -38,7 +38,6 @@
 
 namespace wendle::test {
 namespace {
-
 Class uninstallerClass() { return objc_getClass("AFXWendleUninstaller"); }
 Class managerClass() { return objc_getClass("AFXDockShortcutManager"); }
 
@@ -181,7 +180,6 @@ void askForTheUnknown() {
     if (status != 2 << 8) std::cerr << "goes on, or ends with the status " << status << std::endl;
   }
 }
-
 }  // namespace
 }  // namespace wendle::test
 

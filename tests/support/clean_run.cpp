@@ -5,13 +5,11 @@
 
 namespace wendle::test {
 namespace {
-
 // Its first word, which for a shell is that of its command line.
 std::string toUse(const mac::ToolRun& run) {
   const std::string& words = run.tool == "/bin/zsh" ? run.arguments.at(1) : run.arguments.at(0);
   return run.tool + " " + words.substr(0, words.find(' '));
 }
-
 }  // namespace
 
 CleanRun cleanRun(const std::string& mode) {
@@ -38,5 +36,4 @@ mac::Fault faultAt(const std::vector<mac::ToolRun>& tools, std::size_t at, mac::
   for (std::size_t i = 0; i <= at; ++i) fault.run += nameAt(i) == fault.tool ? 1 : 0;
   return fault;
 }
-
 }  // namespace wendle::test

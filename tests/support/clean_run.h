@@ -4,7 +4,6 @@
 #include "support/run_result.h"
 
 namespace wendle::test {
-
 inline const Lines modes{"updates", "soft", "hard", "full"};
 
 // One run without faults of a mode on an installed client.
@@ -21,5 +20,4 @@ struct CleanRun {
 
 // The same fault in the run `at` of `tools`.
 [[nodiscard]] mac::Fault faultAt(const std::vector<mac::ToolRun>& tools, std::size_t at, mac::Fault fault);
-
 }  // namespace wendle::test

@@ -12,7 +12,6 @@
 
 namespace wendle::test {
 namespace {
-
 mac::fs::path expectedPath(const std::string& file) { return mac::fs::path(EXPECTED_TEXTS) / file; }
 
 bool isHeading(const std::string& line) { return line.starts_with("== "); }
@@ -39,7 +38,6 @@ void rewrite(const std::string& file, const std::string& section, const Lines& s
                   expectedPath(file));  // whole at any moment for those who read it
   ::close(lock);
 }
-
 }  // namespace
 
 Lines expectedLines(const std::string& file, const std::string& section) {
@@ -61,5 +59,4 @@ std::string joined(const Lines& lines) {
   for (const std::string& line : lines) text += line + "\n";
   return text;
 }
-
 }  // namespace wendle::test

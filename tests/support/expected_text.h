@@ -6,7 +6,6 @@
 #include <vector>
 
 namespace wendle::test {
-
 using Lines = std::vector<std::string>;
 
 [[nodiscard]] Lines expectedLines(const std::string& file, const std::string& section);
@@ -15,5 +14,4 @@ using Lines = std::vector<std::string>;
 void expectText(const std::string& file, const std::string& section, const Lines& seen);
 
 [[nodiscard]] std::string joined(const Lines& lines);
-
 }  // namespace wendle::test

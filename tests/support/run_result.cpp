@@ -12,7 +12,6 @@
 
 namespace wendle::test {
 namespace {
-
 namespace fs = std::filesystem;
 
 fs::path binaries() { return fs::canonical("/proc/self/exe").parent_path(); }
@@ -99,7 +98,6 @@ RunResult run(mac::SimulatedMac& mac, const fs::path& program, const Lines& argu
   result.sequence = inOneOrder(result);
   return result;
 }
-
 }  // namespace
 
 std::string commandText(const mac::ToolRun& run) {
@@ -144,5 +142,4 @@ Lines journalIn(const Lines& sequence) {
   for (std::string& line : journal) line.erase(0, runMark.size());
   return journal;
 }
-
 }  // namespace wendle::test

@@ -6,7 +6,6 @@
 #include "support/expected_text.h"
 
 namespace wendle::test {
-
 // What one run of an executable showed.
 struct RunResult {
   std::string outcome;
@@ -45,5 +44,4 @@ void expectItsListOnly(const mac::SimulatedMac& mac, const Lines& arguments, con
 // Whether every run takes long, with sanitizers or on macOS's executable: tests of very many then take
 // samples.
 [[nodiscard]] bool isSlow();
-
 }  // namespace wendle::test

@@ -7,7 +7,6 @@
 #include <stdexcept>
 
 namespace wendle {
-
 // Ends the process as an exception that nothing catches does.
 static void endBy(const auto& thrown) {
   IssuesReporter& reporter = IssuesReporter::sharedInstance();
@@ -27,5 +26,4 @@ TEST(IssuesReporterDeathTest, ReportsTheCauseAndTheNewestLogFileOnce) {
   EXPECT_EXIT(endBy(std::runtime_error("cause")), aborted, testing::Eq(begin + "cause" + end));
   EXPECT_EXIT(endBy(42), aborted, testing::Eq(begin + "an exception of an unknown type" + end));
 }
-
 }  // namespace wendle

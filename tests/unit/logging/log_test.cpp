@@ -8,7 +8,6 @@
 #include "support/temp_directory.h"
 
 namespace wendle {
-
 using namespace std::chrono_literals;
 
 static const LogTime start = std::chrono::sys_days(std::chrono::year(2016) / 11 / 21) + 7h + 40min + 45'999us;
@@ -149,5 +148,4 @@ TEST(LogFile, AnotherUsersFileInItsPlaceIsLeftAlone) {
   logTo(temp);
   EXPECT_EQ(temp.text(ownFile), "kept");
 }
-
 }  // namespace wendle

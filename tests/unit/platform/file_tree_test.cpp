@@ -13,7 +13,6 @@
 #include "support/temp_directory.h"
 
 namespace wendle {
-
 static constexpr int beyondTheOpenLevels = TreeCursor::maxOpenLevels + 10;
 
 // Makes `depth` folders `deeper` inside one another below `base`, and beside each the folders `siblings`.
@@ -124,5 +123,4 @@ TEST(DirectoryLock, KeepsOthersOutUntilItsTimeout) {
   EXPECT_TRUE(isFree());
   const DirectoryLock none(temp / "missing");
 }
-
 }  // namespace wendle

@@ -13,7 +13,6 @@
 #include "support/temp_directory.h"
 
 namespace wendle {
-
 static const std::string usualReport = "fd 0 fd 1 fd 2 signal 13 signal 21 signal 22 own group, no input";
 
 TEST(Task, ReadsAnyAmountOfOutputAndKeepsWhatSomebodyWillRead) {
@@ -134,5 +133,4 @@ TEST(Task, RunsAsUsualWhateverTheLauncherLeftOpenClosedBlockedOrIgnored) {
     });
   }
 }
-
 }  // namespace wendle

@@ -7,7 +7,6 @@
 #include "support/temp_directory.h"
 
 namespace wendle {
-
 static std::string toUrl(const std::string& path) { return FileUrl::fileUrlWithPath(path).absoluteString(); }
 
 TEST(FileUrl, EscapesAllButTheBytesThatStandForThemselves) {
@@ -58,8 +57,8 @@ TEST(Decimal, IsOneSignAndDigitsWithin64Bits) {
 TEST(Utf8, HasNoOverlongFormsSurrogatesOrFragments) {
   expectAll(true, isUtf8, {"", "ascii", "\u0080\u07FF", "\u0800\uD7FF\uE000\uFFFF", "\U00010000\U0010FFFF"});
   expectAll(false, isUtf8,
-            {"\xC1\xBF", "\xE0\x9F\xBF", "\xF0\x8F\xBF\xBF", "\xED\xA0\x80", "\xED\xBF\xBF", "\xF4\x90\x80\x80", "\x80",
-             "\xC3", "\xE2\x82z"});
+            {"\xC1\xBF", "\xE0\x9F\xBF", "\xF0\x8F\xBF\xBF", "\xED\xA0\x80", "\xED\xBF\xBF",
+             "\xF4\x90\x80\x80", "\x80", "\xC3", "\xE2\x82z"});
 }
 
 TEST(Utf8, TrimsTheWhiteSpaceOfAllScriptsAtBothEnds) {
@@ -74,5 +73,4 @@ TEST(LetterCase, LowersAllLettersAndKeepsOtherBytes) {
   EXPECT_TRUE(containsIgnoringCase("/Mac.BacKupDB/x", ".bac\u212AUPdb"));
   EXPECT_FALSE(containsIgnoringCase("/Mac.backup/db", ".backupdb"));
 }
-
 }  // namespace wendle

@@ -8,7 +8,6 @@
 #include "base/error.h"
 
 namespace wendle {
-
 using Texts = std::vector<std::string>;
 
 inline void PrintTo(const Status& status, std::ostream* out) {
@@ -28,5 +27,4 @@ template <typename Want, typename Function>
 void expectAll(const Want& want, Function function, const Texts& inputs) {
   for (const std::string& input : inputs) EXPECT_EQ(function(input), want) << testing::PrintToString(input);
 }
-
 }  // namespace wendle

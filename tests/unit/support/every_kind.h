@@ -3,7 +3,6 @@
 #include "base/property_list.h"
 
 namespace wendle {
-
 // A property list that holds every kind, and each of those that are easily taken for another.
 inline const PropertyList everyKind{PropertyListDictionary{
     {"text", {std::string("Späße <&>")}},
@@ -18,5 +17,4 @@ inline const PropertyList everyKind{PropertyListDictionary{
     {"data", {PropertyListData{std::string("\0\x01\xff", 3)}}},
     {"list", {PropertyListArray{{PropertyListArray()}, {PropertyListDictionary()}, {std::string()}}}},
 }};
-
 }  // namespace wendle

@@ -10,7 +10,6 @@
 #include "system/tasks/task_helpers.h"
 
 namespace wendle {
-
 static constexpr const char* actSwitch = "--act";
 
 static bool put(int fd, const std::string& text) { return ::write(fd, text.data(), text.size()) >= 0; }
@@ -80,7 +79,6 @@ void inForkAsOrdinaryUser(const std::function<void()>& body) {
     body();
   });
 }
-
 }  // namespace wendle
 
 int main(int argc, char** argv) {

@@ -5,7 +5,6 @@
 #include "platform/subprocess.h"
 
 namespace wendle {
-
 // Runs `body` in a process of its own, so that what it does to descriptors, signals and limits is gone with
 // it. An expectation that fails there fails here.
 void inFork(const std::function<void()>& body);
@@ -24,5 +23,4 @@ void inForkAsOrdinaryUser(const std::function<void()>& body);
 
 // Launches `task`, waits for it, and returns all it wrote on its output.
 [[nodiscard]] std::string runForOutput(Task& task);
-
 }  // namespace wendle

@@ -11,7 +11,6 @@
 #include <vector>
 
 namespace wendle {
-
 // A folder of its own below the system's temporary folder, removed with all its contents at the end. Its own
 // name has no capitals, and no link is on the way to it. Paths given are relative to it; making an item makes
 // the folders above it.
@@ -61,5 +60,4 @@ class TempDirectory {
  private:
   std::string path_;
 };
-
 }  // namespace wendle

@@ -7,7 +7,6 @@
 #include "support/processes.h"
 
 namespace wendle {
-
 static Status runForError(Task task) {
   EXPECT_EQ(runForOutput(task), "");
   return terminationError(task);
@@ -40,5 +39,4 @@ TEST(RunCommand, ReturnsBothStreamsAsTheyCameAndGivesNoInput) {
     EXPECT_EQ(runCommand("read -r line; print -n $line"), "");
   });
 }
-
 }  // namespace wendle

@@ -10,7 +10,6 @@
 
 namespace wendle {
 namespace {
-
 const std::string asXml = R"(<plist version="1.0"><dict><key>text</key><string>Späße &lt;&amp;&gt;</string>
   <key>negative</key><integer>-4711</integer><key>one</key><integer>1</integer>
   <key>large</key><integer>1099511627776</integer><key>two</key><real>2.0</real><key>tenth</key><real>0.1</real>
@@ -86,6 +85,5 @@ TEST(Preferences, KeepTheirFormatAndStayAsTheyAreOnAFullDisk) {
   EXPECT_TRUE(temp.text("Library/Preferences/domain.plist").starts_with("<?xml"));
   EXPECT_EQ(temp.contents().size(), 3U);  // no temporary file is left
 }
-
 }  // namespace
 }  // namespace wendle

@@ -12,7 +12,6 @@
 
 namespace wendle {
 namespace {
-
 constexpr uid_t somebodyElse = 65534;
 
 // A program that sleeps as that user, and what macOS would have set for the application it belongs to [I].
@@ -63,6 +62,5 @@ TEST(RunningApplications, AreThisUsersOwnAlsoForTheSuperuser) {
   const Sleeper hidden(program, somebodyElse, "__CFBundleIdentifier=hidden");
   EXPECT_TRUE(runningApplicationsWithBundleIdentifier("hidden").empty());
 }
-
 }  // namespace
 }  // namespace wendle

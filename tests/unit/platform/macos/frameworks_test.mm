@@ -17,7 +17,6 @@
 
 namespace wendle {
 namespace {
-
 TEST(FoundationValues, KeepEveryKindApart) {
   @autoreleasepool {
     const PropertyList largest{std::numeric_limits<std::uint64_t>::max()};
@@ -75,6 +74,5 @@ TEST(IssuesReporterDeathTest, ReportsAnExceptionOfFoundation) {
   EXPECT_EXIT(endByFoundation(), testing::KilledBySignal(SIGABRT),
               "Ended by an uncaught exception: NSInvalidArgumentException: ");
 }
-
 }  // namespace
 }  // namespace wendle
