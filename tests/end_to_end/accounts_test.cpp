@@ -166,9 +166,9 @@ TEST(SharedDirectoryTest, KeepsWhatAnotherUserPutThere) {
   setMode(mac, "/Users/Common/Wendle", 0777);
   for (const char* path : {"/Users/Common", "/Users/Common/Wendle"})
     ASSERT_EQ(::lchown(mac.at(path).c_str(), other, other), 0);
-  mac.addFile(support + "/sticky/file");  // what lies in his own he may
-  setMode(mac, support + "/sticky", 01700);
-  ASSERT_EQ(::lchown(mac.at(support + "/sticky/file").c_str(), other, other), 0);
+  const std::string own = mac::home + "/Library/Preferences";  // what lies there he may take out
+  setMode(mac, own, 01755);
+  ASSERT_EQ(::lchown(mac.at(own + "/com.wendle.DesktopClient.plist").c_str(), other, other), 0);
   EXPECT_EQ(runReport(mac, {"preview", "--soft", "--needs-root"}).out,
             std::string("/Users/Shared/Wendle") + '\0');
   expectPreviewIsTheRun(mac, "soft");

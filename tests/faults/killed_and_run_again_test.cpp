@@ -12,7 +12,7 @@ class KilledRunTest : public testing::TestWithParam<std::string> {};
 
 TEST_P(KilledRunTest, IsMadeUpForByTheNext) {
   const CleanRun clean = cleanRun(GetParam());
-  for (const std::size_t at : clean.runsToFault(clean.mode == "updates" || clean.mode == "soft")) {
+  for (const std::size_t at : clean.runsToFault(false)) {
     SCOPED_TRACE("killed in run " + std::to_string(at) + ": " + commandText(clean.seen.tools[at]));
     mac::SimulatedMac mac = mac::SimulatedMac::scratch();
     mac::installClient(mac);
